@@ -1,0 +1,37 @@
+#include "engine/EVClock.h"
+
+namespace {
+QDateTime &pinnedInstant()
+{
+    static QDateTime instant;
+    return instant;
+}
+} // namespace
+
+QDateTime EVClock::now()
+{
+    const QDateTime &pinned = pinnedInstant();
+    return pinned.isValid() ? pinned : QDateTime::currentDateTime();
+}
+
+void EVClock::pin(const QDateTime &instant)
+{
+    pinnedInstant() = instant;
+}
+
+void EVClock::advance(qint64 milliseconds)
+{
+    QDateTime &pinned = pinnedInstant();
+    if (pinned.isValid())
+        pinned = pinned.addMSecs(milliseconds);
+}
+
+void EVClock::unpin()
+{
+    pinnedInstant() = QDateTime();
+}
+
+bool EVClock::isPinned()
+{
+    return pinnedInstant().isValid();
+}

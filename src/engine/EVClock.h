@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QDateTime>
+
+// The one source of "now" in the program. Tests pin it to make time-dependent behaviour exact.
+class EVClock
+{
+public:
+    static QDateTime now();
+
+    static void pin(const QDateTime &instant);
+    static void advance(qint64 milliseconds);
+    static void unpin();
+    static bool isPinned();
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+// The application's own pictures, looked up by name ("clock", ...), drawn from the artwork
+// compiled into the program.
+namespace EVAppImage {
+
+// The named picture at its natural size; a null image for an unknown name.
+QImage named(const QString &name);
+
+// The named picture as TIFF data, made once per process.
+QByteArray tiffDataNamed(const QString &name);
+
+} // namespace EVAppImage

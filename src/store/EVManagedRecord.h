@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class EVCoreDataDelegate;
+
+// What the store needs to know of every record: its row in the store file and whether it
+// changed since the store last wrote it. Setters mark the record changed.
+class EVManagedRecord
+{
+public:
+    EVManagedRecord() = default;
+    EVManagedRecord(const EVManagedRecord &) = delete;
+    EVManagedRecord &operator=(const EVManagedRecord &) = delete;
+
+    bool hasChanges() const { return m_changed; }
+
+protected:
+    ~EVManagedRecord() = default;
+    void markChanged() { m_changed = true; }
+
+    // Sets a field and marks the record changed when the value differs. None and empty are
+    // different values for strings and bytes.
+    template <typename Field, typename Value> void assign(Field &field, const Value &value)
+    {
+        if (identical(field, value))
+            return;
+        field = value;
+        m_changed = true;
+    }
+
+    // A fresh identifier: 36 upper-case hexadecimal characters in groups 8-4-4-4-12.
+    static QString newUuid();
+
+private:
+    template <typename T> static bool identical(const T &a, const T &b) { return a == b; }
+    static bool identical(const QString &a, const QString &b)
+    {
+        return a.isNull() == b.isNull() && a == b;
+    }
+    static bool identical(const QByteArray &a, const QByteArray &b)
+    {
+        return a.isNull() == b.isNull() && a == b;
+    }
+
+    friend class EVCoreDataDelegate;
+    friend class EVStoreFile;
+
+    qint64 m_rowId = 0;
+    bool m_changed = true;
+};

@@ -1,0 +1,108 @@
+#include "TestEnvironment.h"
+
+#include "engine/EVClock.h"
+#include "platform/EVPaths.h"
+
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <qpa/qplatformnativeinterface.h>
+
+namespace {
+const char *const isolatedVariables[] = {"HOME",           "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+                                         "XDG_CACHE_HOME", "XDG_STATE_HOME",  "XDG_DATA_DIRS",
+                                         "XDG_CONFIG_DIRS"};
+
+std::optional<QByteArray> currentValue(const char *name)
+{
+    if (!qEnvironmentVariableIsSet(name))
+        return std::nullopt;
+    return qgetenv(name);
+}
+
+void restore(const QByteArray &name, const std::optional<QByteArray> &value)
+{
+    if (value)
+        qputenv(name.constData(), *value);
+    else
+        qunsetenv(name.constData());
+}
+} // namespace
+
+TestHome::TestHome()
+{
+    for (const char *name : isolatedVariables)
+        m_saved.insert(name, currentValue(name));
+    qputenv("HOME", m_dir.path().toUtf8());
+    for (const char *name : isolatedVariables) {
+        if (qstrcmp(name, "HOME") != 0)
+            qunsetenv(name);
+    }
+}
+
+TestHome::~TestHome()
+{
+    for (auto it = m_saved.cbegin(); it != m_saved.cend(); ++it)
+        restore(it.key(), it.value());
+}
+
+QString TestHome::documentsPath() const
+{
+    return EVPaths::documentsDirectory();
+}
+
+QString TestHome::pictureFolderPath() const
+{
+    return documentsPath() + QStringLiteral("/imagedata");
+}
+
+QString TestHome::applicationFilesPath() const
+{
+    return EVPaths::applicationFilesDirectory();
+}
+
+ScopedEnvironment::ScopedEnvironment(const char *name, const QByteArray &value)
+    : m_name(name)
+    , m_previous(currentValue(name))
+{
+    qputenv(name, value);
+}
+
+ScopedEnvironment::~ScopedEnvironment()
+{
+    restore(m_name, m_previous);
+}
+
+PinnedClock::PinnedClock(const QDateTime &instant)
+{
+    EVClock::pin(instant);
+}
+
+PinnedClock::~PinnedClock()
+{
+    EVClock::unpin();
+}
+
+bool setOffscreenScreenSize(int width, int height)
+{
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        return false;
+    using SetConfiguration = void (*)(const QJsonObject &, QPlatformNativeInterface *);
+    QPlatformNativeInterface *native = QGuiApplication::platformNativeInterface();
+    // The offscreen platform hands this function out as a plain pointer.
+    auto setConfiguration = reinterpret_cast<SetConfiguration>(
+        native->nativeResourceForIntegration("setConfiguration"));
+    if (!setConfiguration)
+        return false;
+    QJsonObject screen{{QStringLiteral("name"), QStringLiteral("OffscreenMain")},
+                       {QStringLiteral("x"), 0},
+                       {QStringLiteral("y"), 0},
+                       {QStringLiteral("width"), width},
+                       {QStringLiteral("height"), height},
+                       {QStringLiteral("logicalDpi"), 96},
+                       {QStringLiteral("logicalBaseDpi"), 96},
+                       {QStringLiteral("dpr"), 1}};
+    setConfiguration(QJsonObject{{QStringLiteral("screens"), QJsonArray{screen}}}, native);
+    QCoreApplication::processEvents();
+    return true;
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <optional>
+
+// Points HOME at a fresh temporary folder and clears the XDG folder variables, so that
+// settings, the store and pictures of a test never touch the user's files. Restores the
+// previous environment when it goes.
+class TestHome
+{
+public:
+    TestHome();
+    ~TestHome();
+    TestHome(const TestHome &) = delete;
+    TestHome &operator=(const TestHome &) = delete;
+
+    QString path() const { return m_dir.path(); }
+    QString documentsPath() const;
+    QString pictureFolderPath() const;
+    QString applicationFilesPath() const;
+
+private:
+    QTemporaryDir m_dir;
+    QHash<QByteArray, std::optional<QByteArray>> m_saved;
+};
+
+// Sets an environment variable for the lifetime of the object.
+class ScopedEnvironment
+{
+public:
+    ScopedEnvironment(const char *name, const QByteArray &value);
+    ~ScopedEnvironment();
+    ScopedEnvironment(const ScopedEnvironment &) = delete;
+    ScopedEnvironment &operator=(const ScopedEnvironment &) = delete;
+
+private:
+    QByteArray m_name;
+    std::optional<QByteArray> m_previous;
+};
+
+// Pins the program's clock for the lifetime of the object.
+class PinnedClock
+{
+public:
+    explicit PinnedClock(const QDateTime &instant);
+    ~PinnedClock();
+    PinnedClock(const PinnedClock &) = delete;
+    PinnedClock &operator=(const PinnedClock &) = delete;
+};
+
+// Resizes the offscreen platform's only screen (the main screen); false on other platforms.
+bool setOffscreenScreenSize(int width, int height);
