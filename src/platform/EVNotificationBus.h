@@ -4,7 +4,8 @@
 #include <QString>
 
 // Names of the notifications that parts of the application post to each other.
-inline const QString EVNotificationWidgetDoubleClick = QStringLiteral("EVNotificationWidgetDoubleClick");
+inline const QString EVNotificationWidgetDoubleClick =
+    QStringLiteral("EVNotificationWidgetDoubleClick");
 inline const QString EVNotificationWidgetDidDisplayed =
     QStringLiteral("EVNotificationWidgetDidDisplayed");
 

@@ -22,7 +22,8 @@ protected:
 
     // Sets a field and marks the record changed when the value differs. None and empty are
     // different values for strings and bytes.
-    template <typename Field, typename Value> void assign(Field &field, const Value &value)
+    template <typename Field, typename Value>
+    void assign(Field &field, const Value &value)
     {
         if (identical(field, value))
             return;
@@ -34,7 +35,11 @@ protected:
     static QString newUuid();
 
 private:
-    template <typename T> static bool identical(const T &a, const T &b) { return a == b; }
+    template <typename T>
+    static bool identical(const T &a, const T &b)
+    {
+        return a == b;
+    }
     static bool identical(const QString &a, const QString &b)
     {
         return a.isNull() == b.isNull() && a == b;
@@ -44,7 +49,7 @@ private:
         return a.isNull() == b.isNull() && a == b;
     }
 
-    friend class EVCoreDataDelegate;
+    friend class EVObjectContext;
     friend class EVStoreFile;
 
     qint64 m_rowId = 0;

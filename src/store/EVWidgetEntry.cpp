@@ -89,6 +89,7 @@ void EVWidgetEntry::setIconfileData(const QByteArray &data)
 void EVWidgetEntry::addCustomStylesObject(EVCustomStyle *style)
 {
     m_customStyles.append(style);
+    style->setWidget(this);
     markChanged();
 }
 
@@ -96,6 +97,8 @@ void EVWidgetEntry::removeObjectFromCustomStylesAtIndex(qsizetype index)
 {
     if (index < 0 || index >= m_customStyles.size())
         return;
-    m_customStyles.removeAt(index);
+    EVCustomStyle *style = m_customStyles.takeAt(index);
+    if (style->widget() == this)
+        style->setWidget(nullptr);
     markChanged();
 }

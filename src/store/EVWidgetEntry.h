@@ -73,6 +73,8 @@ public:
     QByteArray iconfileData();
     void setIconfileData(const QByteArray &data);
 
+    // The widget's custom styles in the order they were added; adding and removing keeps each
+    // style's widget() in step.
     const QList<EVCustomStyle *> &customStyles() const { return m_customStyles; }
     void addCustomStylesObject(EVCustomStyle *style);
     void removeObjectFromCustomStylesAtIndex(qsizetype index);

@@ -260,8 +260,12 @@ private Q_SLOTS:
         entry.addCustomStylesObject(&third);
         QCOMPARE(entry.customStyles(), (QList<EVCustomStyle *>{&first, &second, &third}));
 
+        QCOMPARE(first.widget(), &entry);
+
         entry.removeObjectFromCustomStylesAtIndex(0);
         QCOMPARE(entry.customStyles(), (QList<EVCustomStyle *>{&second, &third}));
+        QVERIFY(!first.widget());
+        QCOMPARE(second.widget(), &entry);
         entry.removeObjectFromCustomStylesAtIndex(5);
         QCOMPARE(entry.customStyles().size(), 2);
     }

@@ -1,0 +1,37 @@
+#include "app/EVAlert.h"
+
+#include <QPushButton>
+
+namespace {
+EVAlert::Responder &installedResponder()
+{
+    static EVAlert::Responder responder;
+    return responder;
+}
+} // namespace
+
+void EVAlert::setResponder(Responder responder)
+{
+    installedResponder() = std::move(responder);
+}
+
+int EVAlert::run() const
+{
+    if (const Responder &responder = installedResponder())
+        return responder(*this);
+
+    QMessageBox box(icon, QString(), messageText);
+    box.setInformativeText(informativeText);
+    QList<QAbstractButton *> added;
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        // Buttons after the first one dismiss the alert, as "Cancel" does.
+        const auto role = i == 0 ? QMessageBox::AcceptRole : QMessageBox::RejectRole;
+        QPushButton *button = box.addButton(buttons.at(i), role);
+        if (i == 0)
+            box.setDefaultButton(button);
+        added.append(button);
+    }
+    box.exec();
+    const qsizetype chosen = added.indexOf(box.clickedButton());
+    return chosen < 0 ? int(buttons.size()) - 1 : int(chosen);
+}

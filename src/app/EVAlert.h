@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+// A modal alert with fixed texts. Every alert of the application goes through run(), so that
+// tests can see what would have been shown and answer it without a dialog.
+class EVAlert
+{
+public:
+    QMessageBox::Icon icon = QMessageBox::Warning;
+    QString messageText;
+    QString informativeText;
+    // The first button is the default one; run() answers with the index of the chosen button.
+    QStringList buttons;
+
+    int run() const;
+
+    using Responder = std::function<int(const EVAlert &)>;
+    // Replaces the dialog for tests; an empty responder restores it.
+    static void setResponder(Responder responder);
+};

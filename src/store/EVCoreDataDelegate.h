@@ -1,0 +1,62 @@
+#pragma once
+
+#include "store/EVError.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class EVCustomStyle;
+class EVObjectContext;
+class EVStoreFile;
+class EVWidgetEntry;
+
+// Owner of the one widget store: the store file, and the context in which every widget entry
+// and custom style lives. Every failure to open, read or save the store ends in one fatal
+// report to the user.
+class EVCoreDataDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The process-wide store, made on first use.
+    static EVCoreDataDelegate *shareCoreDataDelegate();
+
+    explicit EVCoreDataDelegate(QObject *parent = nullptr);
+    ~EVCoreDataDelegate() override;
+
+    // The folder of the store file (not created here).
+    QString applicationFilesDirectory() const;
+    QString storeFilePath() const;
+
+    // Built on first use and kept; none after a failure, which has been reported. The next use
+    // tries again.
+    EVStoreFile *persistentStoreCoordinator();
+    EVObjectContext *managedObjectContext();
+
+    // Every entry, oldest created first; empty when the store cannot be used.
+    QList<EVWidgetEntry *> fetchWidgetEntries();
+    // A new entry with every default; not saved until save().
+    EVWidgetEntry *addWidgetEntry();
+    // A new custom style appended to the entry; not saved until save().
+    EVCustomStyle *addCustomStyle(EVWidgetEntry *entry);
+    // Deletes the entry's pictures, then the entry with its custom styles.
+    void removeWidgetEntry(EVWidgetEntry *entry);
+    // Deletes the style's picture and detaches it from the entry; the style record stays in
+    // the store, attached to no entry.
+    void removeCustomStyle(EVCustomStyle *style, EVWidgetEntry *entry);
+    // Writes every change since the last save in one transaction.
+    void save();
+
+Q_SIGNALS:
+    // Emitted for every failure, just before the fatal report.
+    void errorReported(const EVError &error);
+
+private:
+    void reportError(const EVError &error);
+
+    std::unique_ptr<EVStoreFile> m_coordinator;
+    std::unique_ptr<EVObjectContext> m_context;
+};

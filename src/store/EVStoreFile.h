@@ -1,0 +1,68 @@
+#pragma once
+
+#include "store/EVError.h"
+
+#include <QHash>
+#include <QList>
+#include <QSqlDatabase>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class EVCustomStyle;
+class EVWidgetEntry;
+
+// The SQLite file that holds every widget entry and custom style. Each save is one
+// transaction, so that a crash or kill while saving leaves the previous save intact.
+class EVStoreFile
+{
+public:
+    static constexpr int schemaVersion = 1;
+
+    explicit EVStoreFile(const QString &path);
+    ~EVStoreFile();
+    EVStoreFile(const EVStoreFile &) = delete;
+    EVStoreFile &operator=(const EVStoreFile &) = delete;
+
+    QString path() const { return m_path; }
+
+    // Opens the file, creating it when absent, and brings its schema up to date.
+    bool open(EVError *error);
+
+    struct Records
+    {
+        std::vector<std::unique_ptr<EVWidgetEntry>> entries;
+        std::vector<std::unique_ptr<EVCustomStyle>> styles;
+    };
+    // Reads every record; custom styles come attached to their entries in their stored order.
+    bool load(Records *records, EVError *error);
+
+    struct Changes
+    {
+        QList<EVWidgetEntry *> entries;
+        QList<EVCustomStyle *> styles;
+        QList<qint64> deletedEntryRows;
+        QList<qint64> deletedStyleRows;
+    };
+    // Writes new and changed records and removes deleted ones, all or nothing. On success the
+    // records are marked saved.
+    bool save(const Changes &changes, EVError *error);
+
+private:
+    struct Placement
+    {
+        qint64 ownerRow = 0;
+        qsizetype position = -1;
+        bool operator==(const Placement &) const = default;
+    };
+
+    bool migrate(EVError *error);
+    EVError sqlError(const QString &what, const QString &detail) const;
+
+    QString m_path;
+    QString m_connectionName;
+    QSqlDatabase m_database;
+    // Where each custom style was last written, to rewrite only styles that moved.
+    QHash<const EVCustomStyle *, Placement> m_storedPlacements;
+};

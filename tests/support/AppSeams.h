@@ -1,0 +1,60 @@
+#pragma once
+
+#include "app/EVAlert.h"
+
+#include <QList>
+#include <QObject>
+#include <QUrl>
+
+#include <memory>
+
+// Answers every alert with queued answers (the default button when none is queued) and keeps
+// what was shown, instead of opening a dialog.
+class AlertRecorder
+{
+public:
+    AlertRecorder();
+    ~AlertRecorder();
+    AlertRecorder(const AlertRecorder &) = delete;
+    AlertRecorder &operator=(const AlertRecorder &) = delete;
+
+    void queueAnswer(int buttonIndex) { m_answers.append(buttonIndex); }
+    const QList<EVAlert> &shown() const { return m_shown; }
+
+private:
+    QList<EVAlert> m_shown;
+    QList<int> m_answers;
+};
+
+// Receives the "mailto:" URLs the application asks the desktop to open.
+class MailRecorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    MailRecorder();
+    ~MailRecorder() override;
+
+    const QList<QUrl> &opened() const { return m_opened; }
+
+public Q_SLOTS:
+    void openUrl(const QUrl &url) { m_opened.append(url); }
+
+private:
+    QList<QUrl> m_opened;
+};
+
+// Counts the application's termination requests instead of ending the process.
+class TerminationRecorder
+{
+public:
+    TerminationRecorder();
+    ~TerminationRecorder();
+    TerminationRecorder(const TerminationRecorder &) = delete;
+    TerminationRecorder &operator=(const TerminationRecorder &) = delete;
+
+    int requests() const { return *m_requests; }
+
+private:
+    std::shared_ptr<int> m_requests = std::make_shared<int>(0);
+};
