@@ -1,0 +1,16 @@
+#include "engine/EVClickCounter.h"
+
+#include <QGuiApplication>
+#include <QStyleHints>
+
+int EVClickCounter::press(qint64 milliseconds, const QPoint &position)
+{
+    const QStyleHints *hints = QGuiApplication::styleHints();
+    const bool continues =
+        m_count > 0 && milliseconds - m_lastPress <= hints->mouseDoubleClickInterval() &&
+        (position - m_lastPosition).manhattanLength() <= hints->mouseDoubleClickDistance();
+    m_count = continues ? m_count + 1 : 1;
+    m_lastPress = milliseconds;
+    m_lastPosition = position;
+    return m_count;
+}

@@ -1,0 +1,119 @@
+#include "engine/EVWidgetWindow.h"
+
+#include "platform/EVDesktopWindowHints.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QWindow>
+
+namespace {
+EVDesktopWindowHints::Level hintLevel(EVWidgetWindow::Level level)
+{
+    switch (level) {
+    case EVWidgetWindow::Level::Below:
+        return EVDesktopWindowHints::Level::Below;
+    case EVWidgetWindow::Level::Above:
+        return EVDesktopWindowHints::Level::Above;
+    case EVWidgetWindow::Level::Normal:
+        break;
+    }
+    return EVDesktopWindowHints::Level::Normal;
+}
+} // namespace
+
+EVWidgetWindow::EVWidgetWindow(QWidget *parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    setMouseTracking(true);
+}
+
+void EVWidgetWindow::setMovable(bool movable)
+{
+    m_movable = movable;
+    if (!movable)
+        m_pressed = false;
+}
+
+void EVWidgetWindow::setLevel(Level level)
+{
+    if (m_level == level)
+        return;
+    m_level = level;
+    applyLevel();
+}
+
+void EVWidgetWindow::applyLevel()
+{
+    if (EVDesktopWindowHints::isAvailable()) {
+        // Before the native window exists, showEvent() tells the window manager.
+        if (windowHandle())
+            EVDesktopWindowHints::setLevel(windowHandle(), hintLevel(m_level));
+        return;
+    }
+
+    // Without X11 hints, Qt's own stacking flags do the job; changing them hides the window.
+    Qt::WindowFlags flags =
+        windowFlags() & ~(Qt::WindowStaysOnTopHint | Qt::WindowStaysOnBottomHint);
+    if (m_level == Level::Above)
+        flags |= Qt::WindowStaysOnTopHint;
+    else if (m_level == Level::Below)
+        flags |= Qt::WindowStaysOnBottomHint;
+    if (flags == windowFlags())
+        return;
+    const bool wasVisible = isVisible();
+    setWindowFlags(flags);
+    if (wasVisible)
+        show();
+}
+
+void EVWidgetWindow::showEvent(QShowEvent *event)
+{
+    // The native window exists by now but is not mapped yet: the hints reach the window
+    // manager before it first places the window.
+    EVDesktopWindowHints::applyWorkspaceHints(windowHandle());
+    applyLevel();
+    QWidget::showEvent(event);
+}
+
+void EVWidgetWindow::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        event->ignore();
+        return;
+    }
+    m_pressed = true;
+    m_dragging = false;
+    m_pressPosition = event->globalPosition().toPoint();
+    m_pressOffset = m_pressPosition - frameGeometry().topLeft();
+    Q_EMIT mouseDown(m_clicks.press(event->timestamp(), m_pressPosition));
+}
+
+void EVWidgetWindow::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // The second press of a series; the click counter knows where it stands.
+    mousePressEvent(event);
+}
+
+void EVWidgetWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressed || !m_movable || !(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint global = event->globalPosition().toPoint();
+    // The drag starts only past the drag distance, so that clicks never move the widget. The
+    // window is moved by hand rather than by the window manager: a move handed over to it
+    // starts from where the pointer is then and leaves the grabbed point behind.
+    if (!m_dragging &&
+        (global - m_pressPosition).manhattanLength() < QApplication::startDragDistance())
+        return;
+    m_dragging = true;
+    move(global - m_pressOffset);
+}
+
+void EVWidgetWindow::mouseReleaseEvent(QMouseEvent *event)
+{
+    Q_UNUSED(event);
+    m_pressed = false;
+    m_dragging = false;
+}
