@@ -171,6 +171,63 @@ QString renderStrftime(const QDateTime &instant, const QString &format) {
     return QString::fromWCharArray(buffer, static_cast<qsizetype>(length));
 }
 
+// The length a unit usually has, from which a first guess at a count is taken.
+double typicalMsecs(UCalendarDateFields field) {
+    switch (field) {
+    case UCAL_WEEK_OF_YEAR:
+        return 7 * 86'400'000.0;
+    case UCAL_MONTH:
+        return 30.436875 * 86'400'000.0; // a Gregorian year of 365.2425 days over twelve
+    case UCAL_YEAR:
+        return 365.2425 * 86'400'000.0;
+    default:
+        return 86'400'000.0;
+    }
+}
+
+// The count that Calendar::fieldDifference gives: the largest number of units that, added to
+// the start by the calendar, does not pass the end (toward zero when the end lies before).
+// fieldDifference finds it by doubling and halving from zero, some twenty to thirty additions
+// for a far event; starting from the count the elapsed time suggests needs two or three. Each
+// count is added to the start afresh, as months from 31 January must not be chained through
+// 28 February.
+int32_t wholeUnits(icu::Calendar &calendar, UDate from, UDate to, UCalendarDateFields field,
+                   UErrorCode &status) {
+    const auto reached = [&](int32_t count) {
+        calendar.setTime(from, status);
+        calendar.add(field, count, status);
+        return calendar.getTime(status);
+    };
+    const auto calendarsOwnSearch = [&] {
+        calendar.setTime(from, status);
+        return calendar.fieldDifference(to, field, status);
+    };
+
+    const double estimate = std::trunc((to - from) / typicalMsecs(field));
+    if (std::fabs(estimate) > 1e9)
+        return calendarsOwnSearch();
+    int32_t count = static_cast<int32_t>(estimate);
+    constexpr int maxSteps = 8; // the guess is off by one at most, but never rely on it
+    for (int step = 0; step < maxSteps && U_SUCCESS(status); ++step) {
+        if (to >= from) {
+            if (reached(count) > to)
+                --count;
+            else if (reached(count + 1) <= to)
+                ++count;
+            else
+                return count;
+        } else {
+            if (reached(count) < to)
+                ++count;
+            else if (reached(count - 1) >= to)
+                --count;
+            else
+                return count;
+        }
+    }
+    return U_SUCCESS(status) ? calendarsOwnSearch() : 0;
+}
+
 // The count of whole units from one instant to another, truncated toward zero (negative once
 // the second lies before the first). Zero when either instant is none or out of range.
 int calendarDifference(const QDateTime &from, const QDateTime &to, UCalendarDateFields field) {
@@ -182,10 +239,8 @@ int calendarDifference(const QDateTime &from, const QDateTime &to, UCalendarDate
     if (!calendar)
         return 0;
 
-    // fieldDifference moves the calendar; that is harmless, as every use positions it first.
     UErrorCode status = U_ZERO_ERROR;
-    calendar->setTime(icuDate(from), status);
-    const int32_t count = calendar->fieldDifference(icuDate(to), field, status);
+    const int32_t count = wholeUnits(*calendar, icuDate(from), icuDate(to), field, status);
     return U_SUCCESS(status) ? count : 0;
 }
 

@@ -4,7 +4,11 @@
 #include "engine/EVCountdown.h"
 #include "store/EVWidgetEntry.h"
 
+#include <QRandomGenerator>
 #include <QTimeZone>
+
+#include <unicode/gregocal.h>
+#include <unicode/timezone.h>
 
 #include <clocale>
 #include <limits>
@@ -304,6 +308,87 @@ private Q_SLOTS:
         QCOMPARE(linesFor(4, local(2024, 2, 29), local(2028, 2, 28)), expect("3", "Years Left"));
         QCOMPARE(linesFor(4, local(2024, 2, 29), local(2028, 2, 29)), expect("4", "Years Left"));
         QCOMPARE(linesFor(3, local(2024, 2, 29), local(2025, 2, 28)), expect("12", "Months Left"));
+    }
+
+    // Counts must be exactly the calendar's own, as ICU's fieldDifference gives them, over many
+    // pairs of instants: near and far, in both directions, around summer-time changes (Lord Howe
+    // shifts by half an hour), month ends and leap days, and on or next to unit boundaries.
+    void unitCountsMatchTheCalendarsFieldDifference_data() {
+        QTest::addColumn<QByteArray>("zone");
+        for (const char *zone :
+             {"America/New_York", "Europe/Berlin", "Australia/Lord_Howe", "Asia/Kolkata", "UTC"})
+            QTest::newRow(zone) << QByteArray(zone);
+    }
+
+    void unitCountsMatchTheCalendarsFieldDifference() {
+        QFETCH(QByteArray, zone);
+        ScopedEnvironment tz("TZ", zone);
+        UErrorCode status = U_ZERO_ERROR;
+        icu::GregorianCalendar calendar(
+            icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(zone.constData())), status);
+        QVERIFY(U_SUCCESS(status));
+        const auto icuCount = [&](qint64 from, qint64 to, UCalendarDateFields field) {
+            calendar.setTime(static_cast<UDate>(from), status);
+            return calendar.fieldDifference(static_cast<UDate>(to), field, status);
+        };
+        const auto icuReached = [&](qint64 from, int count, UCalendarDateFields field) {
+            calendar.setTime(static_cast<UDate>(from), status);
+            calendar.add(field, count, status);
+            return static_cast<qint64>(calendar.getTime(status));
+        };
+
+        struct Unit {
+            int unit;
+            UCalendarDateFields field;
+        };
+        const Unit units[] = {
+            {1, UCAL_DATE}, {2, UCAL_WEEK_OF_YEAR}, {3, UCAL_MONTH}, {4, UCAL_YEAR}};
+        const qint64 scales[] = {3 * hour, 3 * day, 70 * day, 4 * 365 * day, 300 * 365 * day};
+        const QTimeZone timeZone(zone);
+        QRandomGenerator random(20240310);
+        for (int i = 0; i < 6000; ++i) {
+            qint64 from = 0;
+            qint64 to = 0;
+            if (i % 2 == 0) {
+                // Small hours of a day in a month where summer time starts or ends somewhere,
+                // or at the end of a month.
+                const int months[] = {2, 3, 4, 10, 11, 1};
+                const int month = months[random.bounded(6)];
+                const int year = 2000 + random.bounded(40);
+                const QDate date(year, month,
+                                 1 + random.bounded(QDate(year, month, 1).daysInMonth()));
+                const QTime time(random.bounded(4), random.bounded(60), random.bounded(60));
+                from = QDateTime(date, time, timeZone).toMSecsSinceEpoch();
+                to = from + random.bounded(-40, 41) * day * 1000 +
+                     random.bounded(-3 * hour, 3 * hour) * 1000;
+            } else {
+                const qint64 scale = scales[random.bounded(5)] * 1000;
+                from = QDateTime(QDate(2000, 1, 1), QTime(0, 0), QTimeZone::utc())
+                           .addDays(random.bounded(40 * 365))
+                           .toMSecsSinceEpoch() +
+                       random.bounded(day * 1000);
+                to = from + random.bounded(-scale, scale);
+            }
+            const Unit &unit = units[random.bounded(4)];
+            if (i % 3 == 0) {
+                // On a boundary, or a millisecond either side of it.
+                to = icuReached(from, icuCount(from, to, unit.field), unit.field) +
+                     random.bounded(-1, 2);
+            }
+            const int expected = icuCount(from, to, unit.field);
+            QVERIFY(U_SUCCESS(status));
+            const int actual = signedCount(linesFor(unit.unit, QDateTime::fromMSecsSinceEpoch(from),
+                                                    QDateTime::fromMSecsSinceEpoch(to)));
+            QVERIFY2(actual == expected,
+                     qPrintable(QStringLiteral("unit %1 from %2 to %3: %4, the calendar says %5")
+                                    .arg(unit.unit)
+                                    .arg(QDateTime::fromMSecsSinceEpoch(from, timeZone)
+                                             .toString(Qt::ISODateWithMs))
+                                    .arg(QDateTime::fromMSecsSinceEpoch(to, timeZone)
+                                             .toString(Qt::ISODateWithMs))
+                                    .arg(actual)
+                                    .arg(expected)));
+        }
     }
 
     // --- Daylight saving ---
