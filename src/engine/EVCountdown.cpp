@@ -14,9 +14,9 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <cwchar>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
