@@ -10,10 +10,13 @@
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -65,6 +68,15 @@ double measureUnit(const QDateTime &now, int unit, int passes, qsizetype &sink) 
     return measure(entries, passes, Work::Lines, sink);
 }
 
+double measureFormat(const QDateTime &now, int dateformat, int passes, qsizetype &sink) {
+    Entries entries = makeEntries(1000, now);
+    for (auto &entry : entries) {
+        entry->setDateformat(dateformat);
+        entry->setTimeElement(true);
+    }
+    return measure(entries, passes, Work::DateText, sink);
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -92,6 +104,16 @@ int main(int argc, char *argv[]) {
         const double kept = measure(entries, passes, work, sink);
         EVCountdown::setCachingEnabled(false);
         const double fresh = measure(entries, std::max(1, passes / 10), work, sink);
+        std::printf("  %-36s %6.2f  %6.2f\n", name, kept, fresh);
+    }
+
+    std::printf("\ndate text by kind of format (with time)\n");
+    for (const auto &[name, dateformat] :
+         {std::pair{"ICU pattern, tag 3", 3}, std::pair{"strftime, tag 4", 4}}) {
+        EVCountdown::setCachingEnabled(true);
+        const double kept = measureFormat(now, dateformat, passes, sink);
+        EVCountdown::setCachingEnabled(false);
+        const double fresh = measureFormat(now, dateformat, std::max(1, passes / 10), sink);
         std::printf("  %-36s %6.2f  %6.2f\n", name, kept, fresh);
     }
     EVCountdown::setCachingEnabled(true);
