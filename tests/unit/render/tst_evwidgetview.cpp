@@ -341,6 +341,28 @@ private Q_SLOTS:
         QCOMPARE(strongestColor(picture, ink), QColor(Qt::blue));
     }
 
+    void viewWithoutATextColourDrawsInItsPaletteLeftAligned() {
+        auto view = viewOfSize(400, 200);
+        QPalette palette = view->palette();
+        palette.setColor(view->foregroundRole(), Qt::green);
+        view->setPalette(palette);
+        view->setTextColor(QColor());
+        view->setTitle(QStringLiteral("Holidays"));
+        const QImage picture = renderedAlone(*view);
+        const QRect ink = inkBounds(picture, picture.rect());
+        QVERIFY(!ink.isEmpty());
+        const QRectF box = EVWidgetLayout::textBox(TextElement::Title, QRectF(view->rect()), false);
+        QVERIFY2(std::abs(ink.left() - box.left()) <= 3,
+                 qPrintable(QStringLiteral("ink starts at %1").arg(ink.left())));
+        QCOMPARE(strongestColor(picture, ink), QColor(Qt::green));
+        // The font is still the widget font's bold face at the box's size.
+        const qreal inkHeight = QFontMetricsF(widgetFont(27, true))
+                                    .tightBoundingRect(QStringLiteral("Holidays"))
+                                    .height();
+        QVERIFY2(std::abs(ink.height() - inkHeight) <= 1.5,
+                 qPrintable(QStringLiteral("%1 vs %2").arg(ink.height()).arg(inkHeight)));
+    }
+
     void settingPropertiesDoesNotRepaint() {
         EVWidgetView view;
         view.resize(200, 100);
