@@ -39,7 +39,7 @@ constexpr BuiltinStyle builtinStyles[EVTallyView::builtinStyleCount] = {
 enum class BuiltinUse { Thumbnail, Background };
 
 bool isSolidBuiltinStyle(quint64 style) {
-    return style < EVTallyView::builtinStyleCount && style != EVTallyView::defaultStyle;
+    return style < EVTallyView::builtinStyleCount && style != EVTallyView::gradientStyle;
 }
 
 QPainterPath roundedShape(const QSize &size) {

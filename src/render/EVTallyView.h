@@ -21,7 +21,8 @@ public:
     using ColorOrImage = std::variant<QColor, QImage>;
 
     static constexpr int builtinStyleCount = 12;
-    static constexpr int defaultStyle = 9;
+    // The radial gradient, also the style new widgets start with.
+    static constexpr int gradientStyle = 9;
     static constexpr qreal cornerRadius = 10.0;
 
     EVTallyView() = delete;

@@ -188,7 +188,7 @@ private Q_SLOTS:
         QTest::addColumn<double>("blue");
         QTest::addColumn<double>("alpha");
         for (int style = 0; style < EVTallyView::builtinStyleCount; ++style) {
-            if (style == EVTallyView::defaultStyle)
+            if (style == EVTallyView::gradientStyle)
                 continue;
             const StyleRow &row = solidStyles[style];
             QTest::addRow("thumbnail %d", style)
