@@ -15,7 +15,8 @@
 
 namespace {
 
-void report(const char *what, int iterations, const std::function<void()> &call) {
+void report(const char *what, int iterations, const std::function<void()> &call)
+{
     call(); // the first call loads fonts and fills caches
     QElapsedTimer timer;
     timer.start();
@@ -25,7 +26,8 @@ void report(const char *what, int iterations, const std::function<void()> &call)
     std::printf("%-52s %9.1f us per call (%d calls)\n", what, microseconds, iterations);
 }
 
-QImage photo() {
+QImage photo()
+{
     QImage picture(1024, 768, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x)
@@ -35,7 +37,8 @@ QImage photo() {
 
 } // namespace
 
-int main(int argc, char *argv[]) {
+int main(int argc, char *argv[])
+{
     QApplication app(argc, argv);
     const int iterations = argc > 1 ? QByteArray(argv[1]).toInt() : 2000;
     if (iterations <= 0) {

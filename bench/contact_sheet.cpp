@@ -20,13 +20,15 @@ constexpr int columns = 4;
 constexpr int margin = 20;
 constexpr int captionHeight = 22;
 
-struct Sample {
+struct Sample
+{
     QString caption;
     std::function<EVBackgroundImage(const QSizeF &)> background;
 };
 
 // A small landscape, standing in for a photo the user picked.
-QImage landscapePicture() {
+QImage landscapePicture()
+{
     QImage picture(240, 120, QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&picture);
     QLinearGradient sky(0, 0, 0, 80);
@@ -41,7 +43,8 @@ QImage landscapePicture() {
     return picture;
 }
 
-QList<Sample> samples() {
+QList<Sample> samples()
+{
     QList<Sample> list;
     for (int style = 0; style < EVTallyView::builtinStyleCount; ++style) {
         list.append({QStringLiteral("Style %1").arg(style), [style](const QSizeF &size) {
@@ -68,7 +71,8 @@ QList<Sample> samples() {
     return list;
 }
 
-void drawCheckerboard(QPainter &painter, const QRect &area) {
+void drawCheckerboard(QPainter &painter, const QRect &area)
+{
     constexpr int square = 10;
     for (int y = area.top(); y < area.bottom(); y += square)
         for (int x = area.left(); x < area.right(); x += square)
@@ -79,7 +83,8 @@ void drawCheckerboard(QPainter &painter, const QRect &area) {
 
 // One section of the sheet: every sample as a widget of size, with the given countdown lines.
 int drawSection(QPainter &painter, int top, const QSize &size, const QString &major,
-                const QString &second) {
+                const QString &second)
+{
     const QList<Sample> list = samples();
     const QImage icon = EVAppImage::named(QStringLiteral("clock"));
     for (int index = 0; index < list.size(); ++index) {
@@ -110,7 +115,8 @@ int drawSection(QPainter &painter, int top, const QSize &size, const QString &ma
 
 } // namespace
 
-int main(int argc, char *argv[]) {
+int main(int argc, char *argv[])
+{
     QApplication app(argc, argv);
     if (argc != 2) {
         std::fprintf(stderr, "usage: %s OUTPUT.png\n", argv[0]);

@@ -101,6 +101,20 @@ bool isAvailable()
     return connection() != nullptr;
 }
 
+bool hasCompositingManager()
+{
+    xcb_connection_t *x = connection();
+    if (!x)
+        return true;
+    // Qt puts all its screens on X screen 0; separate X screens are a thing of the past.
+    const xcb_atom_t owned = atom(x, "_NET_WM_CM_S0");
+    xcb_get_selection_owner_reply_t *reply =
+        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, owned), nullptr);
+    const bool composited = reply && reply->owner != XCB_NONE;
+    free(reply);
+    return composited;
+}
+
 bool applyWorkspaceHints(QWindow *window)
 {
     xcb_connection_t *x = connection();

@@ -11,6 +11,10 @@ enum class Level { Below, Normal, Above };
 
 bool isAvailable();
 
+// Whether a compositing manager runs, without which window opacity has no visible effect. True
+// where this cannot be known (other platforms), since there opacity is left to Qt.
+bool hasCompositingManager();
+
 // On every workspace (_NET_WM_DESKTOP 0xFFFFFFFF and _NET_WM_STATE_STICKY; some window managers
 // honour only one of them), without task bar or pager entries.
 bool applyWorkspaceHints(QWindow *window);

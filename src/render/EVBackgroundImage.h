@@ -4,12 +4,14 @@
 
 // A widget's background picture, built at the view's size, with the opacity at which the view
 // draws it. A plain carrier: the view scales and fades, the style routines build.
-class EVBackgroundImage {
+class EVBackgroundImage
+{
 public:
     EVBackgroundImage() = default;
     EVBackgroundImage(const QImage &image, double transparent)
         : m_image(image)
-        , m_transparent(transparent) {}
+        , m_transparent(transparent)
+    {}
 
     QImage image() const { return m_image; }
     void setImage(const QImage &image) { m_image = image; }

@@ -5,7 +5,8 @@
 
 namespace {
 
-QString systemSansFamily() {
+QString systemSansFamily()
+{
     // The system font is often an alias ("Sans Serif"); QFontInfo names the family it resolves to.
     static const QString family = [] {
         const QString resolved =
@@ -19,7 +20,8 @@ QString systemSansFamily() {
 
 namespace EVFontFamily {
 
-QString forName(const QString &fontName) {
+QString forName(const QString &fontName)
+{
     if (fontName == QLatin1String("LucidaGrande"))
         return systemSansFamily();
     if (fontName.isEmpty() || !QFontDatabase::hasFamily(fontName))

@@ -19,7 +19,8 @@ constexpr float opaqueAlpha = 1.0f;
 constexpr float translucentThumbnailAlpha = 0.95f;
 constexpr float translucentBackgroundAlpha = 0.7f;
 
-struct BuiltinStyle {
+struct BuiltinStyle
+{
     float red;
     float green;
     float blue;
@@ -38,11 +39,13 @@ constexpr BuiltinStyle builtinStyles[EVTallyView::builtinStyleCount] = {
 
 enum class BuiltinUse { Thumbnail, Background };
 
-bool isSolidBuiltinStyle(quint64 style) {
+bool isSolidBuiltinStyle(quint64 style)
+{
     return style < EVTallyView::builtinStyleCount && style != EVTallyView::gradientStyle;
 }
 
-QPainterPath roundedShape(const QSize &size) {
+QPainterPath roundedShape(const QSize &size)
+{
     QPainterPath shape;
     shape.addRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), EVTallyView::cornerRadius,
                          EVTallyView::cornerRadius);
@@ -51,7 +54,8 @@ QPainterPath roundedShape(const QSize &size) {
 
 // Grey at a bright spot three quarters of the way up from the middle, black at the circle that
 // encloses the picture.
-QRadialGradient gradientStyle(const QSize &size) {
+QRadialGradient gradientStyle(const QSize &size)
+{
     const QRectF bounds(QPointF(0, 0), QSizeF(size));
     const QPointF brightSpot(bounds.center().x(), bounds.center().y() - 0.75 * bounds.height() / 2);
     const qreal rimRadius = std::hypot(bounds.width(), bounds.height()) / 2;
@@ -61,7 +65,8 @@ QRadialGradient gradientStyle(const QSize &size) {
     return gradient;
 }
 
-QImage drawBuiltinStyle(quint64 style, const QSizeF &size, BuiltinUse use) {
+QImage drawBuiltinStyle(quint64 style, const QSizeF &size, BuiltinUse use)
+{
     QImage picture = EVTransparentPicture::ofSize(size);
     if (picture.isNull())
         return picture;
@@ -82,7 +87,8 @@ QImage drawBuiltinStyle(quint64 style, const QSizeF &size, BuiltinUse use) {
 
 // Keyed by the style number's low 32 bits, never by size, and never emptied.
 QImage cachedBuiltinStyle(QHash<qint32, QImage> &cache, quint64 style, const QSizeF &size,
-                          BuiltinUse use) {
+                          BuiltinUse use)
+{
     const auto key = static_cast<qint32>(static_cast<quint32>(style));
     const auto cached = cache.constFind(key);
     if (cached != cache.constEnd())
@@ -96,18 +102,21 @@ QImage cachedBuiltinStyle(QHash<qint32, QImage> &cache, quint64 style, const QSi
 
 } // namespace
 
-QImage EVTallyView::imageForStyle(quint64 style, const QSizeF &size) {
+QImage EVTallyView::imageForStyle(quint64 style, const QSizeF &size)
+{
     static QHash<qint32, QImage> thumbnails;
     return cachedBuiltinStyle(thumbnails, style, size, BuiltinUse::Thumbnail);
 }
 
-QImage EVTallyView::buildinBackgroundForStyle(quint64 style, const QSizeF &size) {
+QImage EVTallyView::buildinBackgroundForStyle(quint64 style, const QSizeF &size)
+{
     static QHash<qint32, QImage> backgrounds;
     return cachedBuiltinStyle(backgrounds, style, size, BuiltinUse::Background);
 }
 
 QImage EVTallyView::createBackgroundFromColorOrImage(const ColorOrImage &colorOrImage,
-                                                     const QSizeF &size) {
+                                                     const QSizeF &size)
+{
     QImage picture = EVTransparentPicture::ofSize(size);
     if (picture.isNull())
         return picture;
@@ -127,7 +136,8 @@ QImage EVTallyView::createBackgroundFromColorOrImage(const ColorOrImage &colorOr
 }
 
 QImage EVTallyView::imageFromColorOrImage(const ColorOrImage &colorOrImage, float alpha,
-                                          const QSizeF &size) {
+                                          const QSizeF &size)
+{
     const QImage opaque = createBackgroundFromColorOrImage(colorOrImage, size);
     QImage thumbnail = EVTransparentPicture::ofSize(size);
     if (thumbnail.isNull())
@@ -138,14 +148,16 @@ QImage EVTallyView::imageFromColorOrImage(const ColorOrImage &colorOrImage, floa
     return thumbnail;
 }
 
-EVTallyView::ColorOrImage EVTallyView::colorOrImageOfCustomStyle(EVCustomStyle &style) {
+EVTallyView::ColorOrImage EVTallyView::colorOrImageOfCustomStyle(EVCustomStyle &style)
+{
     if (style.type() != 0)
         return QImage::fromData(style.imageData());
     return style.color();
 }
 
 EVBackgroundImage EVTallyView::backgroundImageForWidget(const EVWidgetEntry &entry,
-                                                        const QSizeF &size) {
+                                                        const QSizeF &size)
+{
     const int styleIndex = entry.styleIndex();
     if (styleIndex < builtinStyleCount) {
         // Negative numbers read as large unsigned ones and give the gradient, as numbers above
@@ -163,6 +175,7 @@ EVBackgroundImage EVTallyView::backgroundImageForWidget(const EVWidgetEntry &ent
         static_cast<double>(style.opacity()));
 }
 
-QImage EVTallyView::thumbnailForCustomStyle(EVCustomStyle &style, const QSizeF &size) {
+QImage EVTallyView::thumbnailForCustomStyle(EVCustomStyle &style, const QSizeF &size)
+{
     return imageFromColorOrImage(colorOrImageOfCustomStyle(style), style.opacity(), size);
 }

@@ -15,7 +15,8 @@ class EVWidgetEntry;
 // user composes from a colour or a picture. Every picture is a rounded rectangle of corner radius
 // 10 on a transparent canvas, which is what gives widgets their rounded corners.
 // Main thread only: the caches are not locked.
-class EVTallyView {
+class EVTallyView
+{
 public:
     // What a custom style is made of. An invalid colour or a null picture draws nothing.
     using ColorOrImage = std::variant<QColor, QImage>;

@@ -6,7 +6,8 @@ namespace {
 // Far above any screen, far below what would exhaust memory by accident.
 constexpr double largestSide = 16384.0;
 
-int wholePixels(double length) {
+int wholePixels(double length)
+{
     if (!std::isfinite(length) || length < 0.5 || length > largestSide)
         return 0;
     return static_cast<int>(std::lround(length));
@@ -15,12 +16,14 @@ int wholePixels(double length) {
 
 namespace EVTransparentPicture {
 
-QSize pixelSize(const QSizeF &size) {
+QSize pixelSize(const QSizeF &size)
+{
     const QSize pixels(wholePixels(size.width()), wholePixels(size.height()));
     return pixels.isEmpty() ? QSize() : pixels;
 }
 
-QImage ofSize(const QSizeF &size) {
+QImage ofSize(const QSizeF &size)
+{
     const QSize pixels = pixelSize(size);
     if (pixels.isEmpty())
         return QImage();

@@ -5,14 +5,16 @@
 
 namespace {
 
-struct Fractions {
+struct Fractions
+{
     qreal x;
     qreal y;
     qreal width;
     qreal height;
 };
 
-Fractions textFractions(EVWidgetLayout::TextElement element) {
+Fractions textFractions(EVWidgetLayout::TextElement element)
+{
     switch (element) {
     case EVWidgetLayout::TextElement::Title:
         return {0.13, 0.0, 0.85, 0.2};
@@ -33,7 +35,8 @@ constexpr qreal clockFormReduction = 8.0;
 constexpr qreal iconDrop = 10.0;
 
 // A length in whole points, toward zero, as the 32-bit integer the icon sizes are compared as.
-std::optional<qint32> wholePoints(qreal length) {
+std::optional<qint32> wholePoints(qreal length)
+{
     if (!(std::abs(length) < 2147483648.0))
         return std::nullopt;
     return static_cast<qint32>(length);
@@ -41,7 +44,8 @@ std::optional<qint32> wholePoints(qreal length) {
 
 } // namespace
 
-QRectF EVWidgetLayout::textBox(TextElement element, const QRectF &bounds, bool withIcon) {
+QRectF EVWidgetLayout::textBox(TextElement element, const QRectF &bounds, bool withIcon)
+{
     const Fractions box = textFractions(element);
     const qreal width = box.width * bounds.width();
     const qreal x =
@@ -49,24 +53,27 @@ QRectF EVWidgetLayout::textBox(TextElement element, const QRectF &bounds, bool w
     return QRectF(x, bounds.y() + box.y * bounds.height(), width, box.height * bounds.height());
 }
 
-qreal EVWidgetLayout::fontPixelSize(TextElement element, const QRectF &bounds,
-                                    const QString &text) {
+qreal EVWidgetLayout::fontPixelSize(TextElement element, const QRectF &bounds, const QString &text)
+{
     const qreal size = textFractions(element).height * bounds.height() - fontSizeInset;
     if (element == TextElement::MajorCountdown && text.contains(QLatin1Char(':')))
         return size - clockFormReduction;
     return size;
 }
 
-QRectF EVWidgetLayout::lineRect(const QRectF &box, qreal lineHeight) {
+QRectF EVWidgetLayout::lineRect(const QRectF &box, qreal lineHeight)
+{
     return QRectF(box.x(), box.y() + (box.height() - lineHeight) / 2, box.width(), lineHeight);
 }
 
-QRectF EVWidgetLayout::iconColumn(const QRectF &bounds) {
+QRectF EVWidgetLayout::iconColumn(const QRectF &bounds)
+{
     return QRectF(bounds.x() + 0.06 * bounds.width(), bounds.y(), 0.15 * bounds.width(),
                   bounds.height());
 }
 
-QRectF EVWidgetLayout::iconRect(const QRectF &bounds, const QSizeF &iconSize) {
+QRectF EVWidgetLayout::iconRect(const QRectF &bounds, const QSizeF &iconSize)
+{
     const QRectF column = iconColumn(bounds);
     QRectF drawn = column;
     if (wholePoints(column.width()) != wholePoints(iconSize.width()) ||

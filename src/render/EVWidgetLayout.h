@@ -6,7 +6,8 @@
 
 // Where the widget view puts its parts. Every box is a fixed fraction of the view's bounds, so
 // that a widget of any size keeps its proportions. Qt coordinates: y grows downwards.
-class EVWidgetLayout {
+class EVWidgetLayout
+{
 public:
     enum class TextElement { Title, Date, MajorCountdown, SecondCountdown };
 

@@ -13,7 +13,8 @@ namespace {
 
 using TextElement = EVWidgetLayout::TextElement;
 
-bool isBold(TextElement element) {
+bool isBold(TextElement element)
+{
     return element == TextElement::Title || element == TextElement::MajorCountdown;
 }
 
@@ -22,16 +23,19 @@ bool isBold(TextElement element) {
 EVWidgetView::EVWidgetView(QWidget *parent)
     : QWidget(parent)
     , m_textColor(Qt::white)
-    , m_textFontName(QStringLiteral("LucidaGrande")) {}
+    , m_textFontName(QStringLiteral("LucidaGrande"))
+{}
 
 EVWidgetView::EVWidgetView(const QRectF &frame, QWidget *parent)
     : QWidget(parent)
     , m_icon(EVAppImage::named(QStringLiteral("clock")))
-    , m_textColor(Qt::white) {
+    , m_textColor(Qt::white)
+{
     setGeometry(frame.toRect());
 }
 
-void EVWidgetView::paintEvent(QPaintEvent *) {
+void EVWidgetView::paintEvent(QPaintEvent *)
+{
     // Always the whole view, each layer over the ones before.
     QPainter painter(this);
     drawBackground(painter);
@@ -42,7 +46,8 @@ void EVWidgetView::paintEvent(QPaintEvent *) {
     drawText(painter, TextElement::SecondCountdown, m_secondCountdown);
 }
 
-void EVWidgetView::drawBackground(QPainter &painter) const {
+void EVWidgetView::drawBackground(QPainter &painter) const
+{
     const QImage image = m_background.image();
     if (image.isNull())
         return;
@@ -53,7 +58,8 @@ void EVWidgetView::drawBackground(QPainter &painter) const {
     painter.restore();
 }
 
-void EVWidgetView::drawIcon(QPainter &painter) const {
+void EVWidgetView::drawIcon(QPainter &painter) const
+{
     if (m_icon.isNull())
         return;
     const QRectF target = EVWidgetLayout::iconRect(rect(), m_icon.deviceIndependentSize());
@@ -70,7 +76,8 @@ void EVWidgetView::drawIcon(QPainter &painter) const {
     painter.restore();
 }
 
-void EVWidgetView::drawText(QPainter &painter, TextElement element, const QString &text) const {
+void EVWidgetView::drawText(QPainter &painter, TextElement element, const QString &text) const
+{
     if (text.isNull())
         return;
     const QRectF bounds(rect());

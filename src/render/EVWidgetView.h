@@ -14,7 +14,8 @@ class QPainter;
 // countdown lines, laid out as fixed fractions of the view's size (EVWidgetLayout). It computes
 // nothing: the window's controller fills in the properties and then calls update(), since the
 // setters do not repaint by themselves.
-class EVWidgetView : public QWidget {
+class EVWidgetView : public QWidget
+{
     Q_OBJECT
 
 public:

@@ -3,7 +3,8 @@
 #include <QPixmap>
 #include <QWidget>
 
-QImage widgetWindowSnapshot(QWidget *window) {
+QImage widgetWindowSnapshot(QWidget *window)
+{
     if (!window)
         return QImage();
     QImage snapshot = window->grab().toImage();

@@ -10,7 +10,8 @@
 namespace {
 
 // The grid of a rectangle by the insets, row by row from the top-left corner.
-std::array<QRectF, 9> ninePartDivision(const QRectF &rect, const QMarginsF &insets) {
+std::array<QRectF, 9> ninePartDivision(const QRectF &rect, const QMarginsF &insets)
+{
     const qreal left = rect.x();
     const qreal middle = rect.x() + insets.left();
     const qreal right = rect.x() + rect.width() - insets.right();
@@ -32,12 +33,14 @@ std::array<QRectF, 9> ninePartDivision(const QRectF &rect, const QMarginsF &inse
     };
 }
 
-bool hasArea(const QRectF &rect) {
+bool hasArea(const QRectF &rect)
+{
     return std::isfinite(rect.x()) && std::isfinite(rect.y()) && std::isfinite(rect.width()) &&
            std::isfinite(rect.height()) && rect.width() > 0 && rect.height() > 0;
 }
 
-QRect wholePixels(const QRectF &rect) {
+QRect wholePixels(const QRectF &rect)
+{
     const auto x = static_cast<int>(std::lround(rect.x()));
     const auto y = static_cast<int>(std::lround(rect.y()));
     return QRect(x, y, static_cast<int>(std::lround(rect.x() + rect.width())) - x,
@@ -46,7 +49,8 @@ QRect wholePixels(const QRectF &rect) {
 
 // Cuts sourcePart out of source, scales it to slot's size and draws it there once.
 void placePart(QPainter &painter, const QImage &source, const QRectF &sourcePart,
-               const QRectF &slot) {
+               const QRectF &slot)
+{
     if (!hasArea(sourcePart) || !hasArea(slot))
         return;
     const QRect cut = wholePixels(sourcePart);
@@ -62,7 +66,8 @@ void placePart(QPainter &painter, const QImage &source, const QRectF &sourcePart
 
 namespace NSImageStretchable {
 
-QImage drawStretchableInRect(const QImage &image, const QRectF &rect, const QMarginsF &edgeInsets) {
+QImage drawStretchableInRect(const QImage &image, const QRectF &rect, const QMarginsF &edgeInsets)
+{
     QImage result = EVTransparentPicture::ofSize(rect.size());
     if (result.isNull() || image.isNull())
         return result;
@@ -76,7 +81,8 @@ QImage drawStretchableInRect(const QImage &image, const QRectF &rect, const QMar
     return result;
 }
 
-QImage image(const QImage &strip, float leftCapWidth, float middleWidth, float rightCapWidth) {
+QImage image(const QImage &strip, float leftCapWidth, float middleWidth, float rightCapWidth)
+{
     const auto sourceWidth = static_cast<float>(strip.width());
     const auto height = static_cast<float>(strip.height());
     const float middleSourceWidth = sourceWidth - (leftCapWidth + rightCapWidth);

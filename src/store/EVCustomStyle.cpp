@@ -20,4 +20,6 @@ void EVCustomStyle::setImageData(const QByteArray &data)
 {
     if (const auto path = EVPictureFile::replace(m_uuid, data))
         setImagePath(*path);
+    // The file changed even when its name did not.
+    markChanged();
 }

@@ -16,9 +16,17 @@ public:
 
     bool hasChanges() const { return m_changed; }
 
+    // Goes up with every change of a field, saved or not, so that whoever shows the record can
+    // tell cheaply whether it has to look again.
+    quint64 revision() const { return m_revision; }
+
 protected:
     ~EVManagedRecord() = default;
-    void markChanged() { m_changed = true; }
+    void markChanged()
+    {
+        m_changed = true;
+        ++m_revision;
+    }
 
     // Sets a field and marks the record changed when the value differs. None and empty are
     // different values for strings and bytes.
@@ -28,7 +36,7 @@ protected:
         if (identical(field, value))
             return;
         field = value;
-        m_changed = true;
+        markChanged();
     }
 
     // A fresh identifier: 36 upper-case hexadecimal characters in groups 8-4-4-4-12.
@@ -54,4 +62,5 @@ private:
 
     qint64 m_rowId = 0;
     bool m_changed = true;
+    quint64 m_revision = 0;
 };

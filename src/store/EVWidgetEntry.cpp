@@ -84,6 +84,8 @@ void EVWidgetEntry::setIconfileData(const QByteArray &data)
 {
     if (const auto path = EVPictureFile::replace(m_uuid, data))
         setIconFilePath(*path);
+    // The file changed even when its name did not.
+    markChanged();
 }
 
 void EVWidgetEntry::addCustomStylesObject(EVCustomStyle *style)

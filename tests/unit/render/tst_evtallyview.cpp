@@ -15,7 +15,8 @@ namespace {
 const QSizeF thumbnailSize(60, 40);
 const QSizeF backgroundSize(300, 150);
 
-struct ExpectedColor {
+struct ExpectedColor
+{
     double red;
     double green;
     double blue;
@@ -26,7 +27,8 @@ struct ExpectedColor {
 // Half a pixel of slack absorbs antialiasing and the curve's approximation.
 enum class CornerPlace { Outside, Inside, Edge };
 
-CornerPlace placeInCorners(const QSize &size, int x, int y, double radius) {
+CornerPlace placeInCorners(const QSize &size, int x, int y, double radius)
+{
     const double centreX = x < radius ? radius : size.width() - radius;
     const double centreY = y < radius ? radius : size.height() - radius;
     const bool inCornerSquare = (x < radius || x + 1 > size.width() - radius) &&
@@ -45,7 +47,8 @@ CornerPlace placeInCorners(const QSize &size, int x, int y, double radius) {
 }
 
 // The first pixel that is not transparent outside the corners, as text; empty when none is.
-QString opaquePixelOutsideCorners(const QImage &picture) {
+QString opaquePixelOutsideCorners(const QImage &picture)
+{
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
             if (placeInCorners(picture.size(), x, y, EVTallyView::cornerRadius) ==
@@ -60,13 +63,15 @@ QString opaquePixelOutsideCorners(const QImage &picture) {
     return QString();
 }
 
-bool near8Bit(int actual, double fraction) {
+bool near8Bit(int actual, double fraction)
+{
     return std::abs(actual - fraction * 255.0) <= 1.0;
 }
 
 // The first pixel inside the rounded rectangle that differs from the colour by more than one
 // 8-bit step, as text; empty when all match.
-QString pixelInsideOtherThan(const QImage &picture, const ExpectedColor &expected) {
+QString pixelInsideOtherThan(const QImage &picture, const ExpectedColor &expected)
+{
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
             if (placeInCorners(picture.size(), x, y, EVTallyView::cornerRadius) !=
@@ -87,11 +92,13 @@ QString pixelInsideOtherThan(const QImage &picture, const ExpectedColor &expecte
     return QString();
 }
 
-int brightness(const QImage &picture, int x, int y) {
+int brightness(const QImage &picture, int x, int y)
+{
     return qGray(picture.pixel(x, y));
 }
 
-QImage quadrantPicture() {
+QImage quadrantPicture()
+{
     QImage picture(2, 2, QImage::Format_ARGB32);
     picture.setPixelColor(0, 0, Qt::red);
     picture.setPixelColor(1, 0, Qt::green);
@@ -100,7 +107,8 @@ QImage quadrantPicture() {
     return picture;
 }
 
-QByteArray tiffData(const QImage &picture) {
+QByteArray tiffData(const QImage &picture)
+{
     QByteArray data;
     QBuffer buffer(&data);
     buffer.open(QIODevice::WriteOnly);
@@ -112,7 +120,8 @@ QByteArray tiffData(const QImage &picture) {
 const double translucentThumbnailAlpha = static_cast<double>(0.95f);
 const double translucentBackgroundAlpha = static_cast<double>(0.7f);
 
-struct StyleRow {
+struct StyleRow
+{
     double red;
     double green;
     double blue;
@@ -130,11 +139,13 @@ const StyleRow solidStyles[] = {
 
 } // namespace
 
-class TestEVTallyView : public QObject {
+class TestEVTallyView : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
-    void thumbnailIsCachedByStyleNumberAlone() {
+    void thumbnailIsCachedByStyleNumberAlone()
+    {
         const QImage first = EVTallyView::imageForStyle(3, thumbnailSize);
         const QImage second = EVTallyView::imageForStyle(3, QSizeF(120, 90));
         QCOMPARE(first.size(), QSize(60, 40));
@@ -142,7 +153,8 @@ private Q_SLOTS:
         QCOMPARE(second.size(), QSize(60, 40));
     }
 
-    void backgroundIsCachedByStyleNumberAlone() {
+    void backgroundIsCachedByStyleNumberAlone()
+    {
         const QImage first = EVTallyView::buildinBackgroundForStyle(0, QSizeF(300, 150));
         const QImage second = EVTallyView::buildinBackgroundForStyle(0, QSizeF(200, 100));
         QCOMPARE(first.size(), QSize(300, 150));
@@ -150,7 +162,8 @@ private Q_SLOTS:
         QCOMPARE(second.size(), QSize(300, 150));
     }
 
-    void thumbnailsAndBackgroundsAreCachedApart() {
+    void thumbnailsAndBackgroundsAreCachedApart()
+    {
         const QImage thumbnail = EVTallyView::imageForStyle(1, thumbnailSize);
         const QImage background = EVTallyView::buildinBackgroundForStyle(1, thumbnailSize);
         QVERIFY(thumbnail.cacheKey() != background.cacheKey());
@@ -158,14 +171,16 @@ private Q_SLOTS:
         QVERIFY(qAlpha(thumbnail.pixel(middle)) != qAlpha(background.pixel(middle)));
     }
 
-    void cacheKeyIsTheStyleNumbersLowThirtyTwoBits() {
+    void cacheKeyIsTheStyleNumbersLowThirtyTwoBits()
+    {
         const QImage style4 = EVTallyView::imageForStyle(4, thumbnailSize);
         const quint64 sameLowBits = (quint64(1) << 32) + 4;
         QCOMPARE(EVTallyView::imageForStyle(sameLowBits, thumbnailSize).cacheKey(),
                  style4.cacheKey());
     }
 
-    void builtinPicturesAreTransparentOutsideTheirCorners_data() {
+    void builtinPicturesAreTransparentOutsideTheirCorners_data()
+    {
         QTest::addColumn<QImage>("picture");
         for (int style = 0; style < EVTallyView::builtinStyleCount; ++style) {
             QTest::addRow("thumbnail %d", style)
@@ -174,14 +189,16 @@ private Q_SLOTS:
                 << EVTallyView::buildinBackgroundForStyle(style, backgroundSize);
         }
     }
-    void builtinPicturesAreTransparentOutsideTheirCorners() {
+    void builtinPicturesAreTransparentOutsideTheirCorners()
+    {
         QFETCH(QImage, picture);
         QVERIFY(!picture.isNull());
         const QString offender = opaquePixelOutsideCorners(picture);
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void solidBuiltinStylesHaveTheirColourAndAlphaInside_data() {
+    void solidBuiltinStylesHaveTheirColourAndAlphaInside_data()
+    {
         QTest::addColumn<QImage>("picture");
         QTest::addColumn<double>("red");
         QTest::addColumn<double>("green");
@@ -199,7 +216,8 @@ private Q_SLOTS:
                 << row.green << row.blue << (row.translucent ? translucentBackgroundAlpha : 1.0);
         }
     }
-    void solidBuiltinStylesHaveTheirColourAndAlphaInside() {
+    void solidBuiltinStylesHaveTheirColourAndAlphaInside()
+    {
         QFETCH(QImage, picture);
         QFETCH(double, red);
         QFETCH(double, green);
@@ -209,7 +227,8 @@ private Q_SLOTS:
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void gradientStyleIsBrighterNearItsUpperCentreThanAtItsRim() {
+    void gradientStyleIsBrighterNearItsUpperCentreThanAtItsRim()
+    {
         const QImage gradient = EVTallyView::buildinBackgroundForStyle(9, backgroundSize);
         const int w = gradient.width();
         const int h = gradient.height();
@@ -230,7 +249,8 @@ private Q_SLOTS:
         QVERIFY2(translucent.isEmpty(), qPrintable(translucent));
     }
 
-    void numbersAboveElevenGiveTheGradientUnderTheirOwnKey() {
+    void numbersAboveElevenGiveTheGradientUnderTheirOwnKey()
+    {
         const QImage style9 = EVTallyView::buildinBackgroundForStyle(9, backgroundSize);
         const QImage style12 = EVTallyView::buildinBackgroundForStyle(12, backgroundSize);
         QVERIFY(style12.cacheKey() != style9.cacheKey());
@@ -241,7 +261,8 @@ private Q_SLOTS:
                  EVTallyView::imageForStyle(9, thumbnailSize));
     }
 
-    void emptySizeGivesNoPictureAndIsNotCached() {
+    void emptySizeGivesNoPictureAndIsNotCached()
+    {
         // A number no other test asks for, so that nothing is cached under it yet.
         const quint64 unusedStyle = 100;
         QVERIFY(EVTallyView::imageForStyle(unusedStyle, QSizeF(0, 40)).isNull());
@@ -251,7 +272,8 @@ private Q_SLOTS:
         QCOMPARE(EVTallyView::imageForStyle(unusedStyle, thumbnailSize).size(), QSize(60, 40));
     }
 
-    void customColourBackgroundIsAnOpaqueRoundedRectangleOfThatColour() {
+    void customColourBackgroundIsAnOpaqueRoundedRectangleOfThatColour()
+    {
         const QImage picture = EVTallyView::createBackgroundFromColorOrImage(
             QColor::fromRgbF(0.2f, 0.4f, 0.6f), backgroundSize);
         QCOMPARE(picture.size(), QSize(300, 150));
@@ -261,14 +283,16 @@ private Q_SLOTS:
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void customColourBackgroundKeepsTheColoursOwnAlpha() {
+    void customColourBackgroundKeepsTheColoursOwnAlpha()
+    {
         const QImage picture = EVTallyView::createBackgroundFromColorOrImage(
             QColor::fromRgbF(1.0f, 0.0f, 0.0f, 0.5f), backgroundSize);
         const QString offender = pixelInsideOtherThan(picture, {1.0, 0.0, 0.0, 0.5});
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void customPictureBackgroundIsThePictureStretchedAndRounded() {
+    void customPictureBackgroundIsThePictureStretchedAndRounded()
+    {
         const QImage picture =
             EVTallyView::createBackgroundFromColorOrImage(quadrantPicture(), backgroundSize);
         QCOMPARE(picture.size(), QSize(300, 150));
@@ -281,13 +305,15 @@ private Q_SLOTS:
         QCOMPARE(qAlpha(picture.pixel(0, 75)), 255);
     }
 
-    void customBackgroundIsMadeAnewOnEveryCall() {
+    void customBackgroundIsMadeAnewOnEveryCall()
+    {
         const QColor color(Qt::darkCyan);
         QVERIFY(EVTallyView::createBackgroundFromColorOrImage(color, backgroundSize).cacheKey() !=
                 EVTallyView::createBackgroundFromColorOrImage(color, backgroundSize).cacheKey());
     }
 
-    void customBackgroundOfNothingIsTransparent() {
+    void customBackgroundOfNothingIsTransparent()
+    {
         for (const EVTallyView::ColorOrImage &nothing :
              {EVTallyView::ColorOrImage(QColor()), EVTallyView::ColorOrImage(QImage())}) {
             const QImage picture =
@@ -297,7 +323,8 @@ private Q_SLOTS:
         }
     }
 
-    void customColourThumbnailHasTheOpacityBakedIn() {
+    void customColourThumbnailHasTheOpacityBakedIn()
+    {
         const QImage thumbnail =
             EVTallyView::imageFromColorOrImage(QColor(Qt::red), 0.5f, thumbnailSize);
         QCOMPARE(thumbnail.size(), QSize(60, 40));
@@ -307,7 +334,8 @@ private Q_SLOTS:
                  qPrintable(opaquePixelOutsideCorners(thumbnail)));
     }
 
-    void customPictureThumbnailHasTheOpacityBakedIn() {
+    void customPictureThumbnailHasTheOpacityBakedIn()
+    {
         const QImage thumbnail =
             EVTallyView::imageFromColorOrImage(quadrantPicture(), 0.25f, thumbnailSize);
         const QColor topLeft = thumbnail.pixelColor(12, 10);
@@ -319,7 +347,8 @@ private Q_SLOTS:
                  qPrintable(opaquePixelOutsideCorners(thumbnail)));
     }
 
-    void widgetOnACustomColourStyleGetsTheStylesOpacity() {
+    void widgetOnACustomColourStyleGetsTheStylesOpacity()
+    {
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
@@ -337,7 +366,8 @@ private Q_SLOTS:
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void widgetOnACustomPictureStyleGetsThePicture() {
+    void widgetOnACustomPictureStyleGetsThePicture()
+    {
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle colourStyle;
@@ -358,7 +388,8 @@ private Q_SLOTS:
         QCOMPARE(background.image().pixelColor(170, 80), QColor(Qt::yellow));
     }
 
-    void undecodablePictureStyleGivesATransparentBackground() {
+    void undecodablePictureStyleGivesATransparentBackground()
+    {
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
@@ -377,7 +408,8 @@ private Q_SLOTS:
                  0);
     }
 
-    void widgetOnBuiltinStyleZeroGetsFullOpacityAndATranslucentPicture() {
+    void widgetOnBuiltinStyleZeroGetsFullOpacityAndATranslucentPicture()
+    {
         EVWidgetEntry entry;
         entry.resetDefault();
         entry.setStyleIndex(0);
@@ -389,7 +421,8 @@ private Q_SLOTS:
         QVERIFY(near8Bit(qAlpha(background.image().pixel(150, 75)), 0.7));
     }
 
-    void widgetOnAMissingCustomStyleGetsNoPicture() {
+    void widgetOnAMissingCustomStyleGetsNoPicture()
+    {
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
@@ -401,7 +434,8 @@ private Q_SLOTS:
         QVERIFY(background.image().isNull());
     }
 
-    void widgetOnANegativeStyleIndexGetsTheGradient() {
+    void widgetOnANegativeStyleIndexGetsTheGradient()
+    {
         EVWidgetEntry entry;
         entry.resetDefault();
         entry.setStyleIndex(-1);
@@ -411,7 +445,8 @@ private Q_SLOTS:
         QCOMPARE(background.image(), EVTallyView::buildinBackgroundForStyle(9, backgroundSize));
     }
 
-    void customStyleThumbnailUsesTheStylesColourAndOpacity() {
+    void customStyleThumbnailUsesTheStylesColourAndOpacity()
+    {
         EVCustomStyle style;
         style.resetDefault();
         style.setColor(QColor(Qt::green));
@@ -422,7 +457,8 @@ private Q_SLOTS:
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void newBackgroundHolderIsOpaqueWithoutAPicture() {
+    void newBackgroundHolderIsOpaqueWithoutAPicture()
+    {
         const EVBackgroundImage holder;
         QVERIFY(holder.image().isNull());
         QCOMPARE(holder.transparent(), 1.0);

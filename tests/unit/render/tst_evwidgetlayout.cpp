@@ -8,11 +8,13 @@ namespace {
 const QRectF smallView(0, 0, 200, 100);
 }
 
-class TestEVWidgetLayout : public QObject {
+class TestEVWidgetLayout : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
-    void textBoxesWithAnIconLeaveTheIconColumnFree() {
+    void textBoxesWithAnIconLeaveTheIconColumnFree()
+    {
         QCOMPARE(EVWidgetLayout::textBox(TextElement::Title, smallView, true),
                  QRectF(26, 0, 170, 20));
         QCOMPARE(EVWidgetLayout::textBox(TextElement::Date, smallView, true),
@@ -23,7 +25,8 @@ private Q_SLOTS:
                  QRectF(46, 78, 130, 20));
     }
 
-    void textBoxesWithoutAnIconAreCentred() {
+    void textBoxesWithoutAnIconAreCentred()
+    {
         QCOMPARE(EVWidgetLayout::textBox(TextElement::Title, smallView, false),
                  QRectF(15, 0, 170, 20));
         QCOMPARE(EVWidgetLayout::textBox(TextElement::Date, smallView, false),
@@ -34,18 +37,21 @@ private Q_SLOTS:
                  QRectF(35, 78, 130, 20));
     }
 
-    void textBoxesFollowTheBoundsOrigin() {
+    void textBoxesFollowTheBoundsOrigin()
+    {
         QCOMPARE(EVWidgetLayout::textBox(TextElement::Title, QRectF(10, 20, 200, 100), true),
                  QRectF(36, 20, 170, 20));
         QCOMPARE(EVWidgetLayout::iconColumn(QRectF(10, 20, 200, 100)), QRectF(22, 20, 30, 100));
     }
 
-    void textBoxesScaleWithTheView() {
+    void textBoxesScaleWithTheView()
+    {
         QCOMPARE(EVWidgetLayout::textBox(TextElement::MajorCountdown, QRectF(0, 0, 300, 150), true),
                  QRectF(69, 60, 195, 60));
     }
 
-    void fontSizesAreTheBoxHeightLessThirteen() {
+    void fontSizesAreTheBoxHeightLessThirteen()
+    {
         QCOMPARE(EVWidgetLayout::fontPixelSize(TextElement::Title, smallView, QStringLiteral("T")),
                  7.0);
         QCOMPARE(EVWidgetLayout::fontPixelSize(TextElement::Date, smallView, QStringLiteral("D")),
@@ -58,13 +64,15 @@ private Q_SLOTS:
                  7.0);
     }
 
-    void majorLineInClockFormIsEightSmaller() {
+    void majorLineInClockFormIsEightSmaller()
+    {
         QCOMPARE(EVWidgetLayout::fontPixelSize(TextElement::MajorCountdown, smallView,
                                                QStringLiteral("12:30:05")),
                  19.0);
     }
 
-    void onlyTheMajorLineShrinksForAColon() {
+    void onlyTheMajorLineShrinksForAColon()
+    {
         QCOMPARE(EVWidgetLayout::fontPixelSize(TextElement::SecondCountdown, smallView,
                                                QStringLiteral("12:30:05")),
                  7.0);
@@ -73,42 +81,51 @@ private Q_SLOTS:
             7.0);
     }
 
-    void fontSizeHasNoLowerBound() {
+    void fontSizeHasNoLowerBound()
+    {
         QCOMPARE(EVWidgetLayout::fontPixelSize(TextElement::Title, QRectF(0, 0, 100, 40),
                                                QStringLiteral("T")),
                  -5.0);
     }
 
-    void lineIsCentredVerticallyInItsBox() {
+    void lineIsCentredVerticallyInItsBox()
+    {
         QCOMPARE(EVWidgetLayout::lineRect(QRectF(46, 40, 130, 40), 10), QRectF(46, 55, 130, 10));
     }
 
-    void lineWithoutATitleHasNoHeightAtTheBoxsMiddle() {
+    void lineWithoutATitleHasNoHeightAtTheBoxsMiddle()
+    {
         QCOMPARE(EVWidgetLayout::lineRect(QRectF(40, 18, 150, 20), 0), QRectF(40, 28, 150, 0));
     }
 
-    void iconColumnIsTheLeftStrip() {
+    void iconColumnIsTheLeftStrip()
+    {
         QCOMPARE(EVWidgetLayout::iconColumn(smallView), QRectF(12, 0, 30, 100));
     }
 
-    void iconOfTheColumnsSizeIsDrawnInTheColumnTenLower() {
+    void iconOfTheColumnsSizeIsDrawnInTheColumnTenLower()
+    {
         QCOMPARE(EVWidgetLayout::iconRect(smallView, QSizeF(30, 100)), QRectF(12, 10, 30, 100));
     }
 
-    void iconOfTheColumnsWholePointSizeIsNotFitted() {
+    void iconOfTheColumnsWholePointSizeIsNotFitted()
+    {
         // 30.6 x 100.9 truncates to the column's 30 x 100, so the column is used as it is.
         QCOMPARE(EVWidgetLayout::iconRect(smallView, QSizeF(30.6, 100.9)), QRectF(12, 10, 30, 100));
     }
 
-    void squareIconIsFittedToTheColumnsWidth() {
+    void squareIconIsFittedToTheColumnsWidth()
+    {
         QCOMPARE(EVWidgetLayout::iconRect(smallView, QSizeF(64, 64)), QRectF(12, 45, 30, 30));
     }
 
-    void wideIconIsFittedToTheColumnsWidth() {
+    void wideIconIsFittedToTheColumnsWidth()
+    {
         QCOMPARE(EVWidgetLayout::iconRect(smallView, QSizeF(60, 30)), QRectF(12, 52.5, 30, 15));
     }
 
-    void tallIconIsScaledUpToTheColumnsHeight() {
+    void tallIconIsScaledUpToTheColumnsHeight()
+    {
         QCOMPARE(EVWidgetLayout::iconRect(smallView, QSizeF(10, 50)), QRectF(17, 10, 20, 100));
     }
 };

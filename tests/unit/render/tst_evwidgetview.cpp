@@ -17,7 +17,8 @@ namespace {
 const QColor untouched(10, 20, 30);
 
 // The view painted over a canvas of the colour untouched, as a window would show it.
-QImage rendered(EVWidgetView &view) {
+QImage rendered(EVWidgetView &view)
+{
     QImage canvas(view.size(), QImage::Format_ARGB32_Premultiplied);
     canvas.fill(untouched);
     view.render(&canvas, QPoint(), QRegion(), QWidget::DrawChildren);
@@ -25,7 +26,8 @@ QImage rendered(EVWidgetView &view) {
 }
 
 // The view painted over a transparent canvas, so that only what it drew has any alpha.
-QImage renderedAlone(EVWidgetView &view) {
+QImage renderedAlone(EVWidgetView &view)
+{
     QImage canvas(view.size(), QImage::Format_ARGB32_Premultiplied);
     canvas.fill(Qt::transparent);
     view.render(&canvas, QPoint(), QRegion(), QWidget::DrawChildren);
@@ -33,7 +35,8 @@ QImage renderedAlone(EVWidgetView &view) {
 }
 
 // The bounding box of everything drawn inside area.
-QRect inkBounds(const QImage &picture, const QRect &area) {
+QRect inkBounds(const QImage &picture, const QRect &area)
+{
     QRect ink;
     const QRect clipped = area.intersected(picture.rect());
     for (int y = clipped.top(); y <= clipped.bottom(); ++y)
@@ -44,7 +47,8 @@ QRect inkBounds(const QImage &picture, const QRect &area) {
 }
 
 // The colour of the most opaque pixel in area: a glyph's core, free of antialiasing.
-QColor strongestColor(const QImage &picture, const QRect &area) {
+QColor strongestColor(const QImage &picture, const QRect &area)
+{
     QColor strongest = Qt::transparent;
     const QRect clipped = area.intersected(picture.rect());
     for (int y = clipped.top(); y <= clipped.bottom(); ++y)
@@ -54,20 +58,23 @@ QColor strongestColor(const QImage &picture, const QRect &area) {
     return strongest;
 }
 
-QImage solidPicture(int width, int height, const QColor &color) {
+QImage solidPicture(int width, int height, const QColor &color)
+{
     QImage picture(width, height, QImage::Format_ARGB32_Premultiplied);
     picture.fill(color);
     return picture;
 }
 
-QFont widgetFont(int pixelSize, bool bold) {
+QFont widgetFont(int pixelSize, bool bold)
+{
     QFont font(EVFontFamily::forName(QStringLiteral("LucidaGrande")));
     font.setPixelSize(pixelSize);
     font.setBold(bold);
     return font;
 }
 
-std::unique_ptr<EVWidgetView> viewOfSize(int width, int height) {
+std::unique_ptr<EVWidgetView> viewOfSize(int width, int height)
+{
     auto view = std::make_unique<EVWidgetView>();
     view->resize(width, height);
     return view;
@@ -75,18 +82,21 @@ std::unique_ptr<EVWidgetView> viewOfSize(int width, int height) {
 
 } // namespace
 
-class TestEVWidgetView : public QObject {
+class TestEVWidgetView : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
-    void viewFromAnInterfaceFileHasTheSansFontAndNoIcon() {
+    void viewFromAnInterfaceFileHasTheSansFontAndNoIcon()
+    {
         EVWidgetView view;
         QCOMPARE(view.textFontName(), QStringLiteral("LucidaGrande"));
         QCOMPARE(view.textColor(), QColor(Qt::white));
         QVERIFY(view.icon().isNull());
     }
 
-    void viewMadeWithAFrameHasTheClockIconAndNoFontName() {
+    void viewMadeWithAFrameHasTheClockIconAndNoFontName()
+    {
         EVWidgetView view(QRectF(5, 6, 200, 100));
         QCOMPARE(view.geometry(), QRect(5, 6, 200, 100));
         QVERIFY(view.textFontName().isNull());
@@ -95,7 +105,8 @@ private Q_SLOTS:
         QCOMPARE(view.icon(), EVAppImage::named(QStringLiteral("clock")));
     }
 
-    void lucidaGrandeIsTheSystemSansFamily() {
+    void lucidaGrandeIsTheSystemSansFamily()
+    {
         const QString family = EVFontFamily::forName(QStringLiteral("LucidaGrande"));
         QVERIFY(!family.isEmpty());
         QCOMPARE(QFontInfo(QFont(family)).family(), family);
@@ -103,7 +114,8 @@ private Q_SLOTS:
         QVERIFY(EVFontFamily::forName(QStringLiteral("No Such Family 4711")).isNull());
     }
 
-    void backgroundAtTransparentZeroLeavesThePixelsUntouched() {
+    void backgroundAtTransparentZeroLeavesThePixelsUntouched()
+    {
         auto view = viewOfSize(200, 100);
         view->setBackground(EVBackgroundImage(solidPicture(200, 100, Qt::red), 0.0));
         const QImage picture = rendered(*view);
@@ -111,7 +123,8 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(3, 3), untouched);
     }
 
-    void backgroundAtTransparentOnePaintsThePixels() {
+    void backgroundAtTransparentOnePaintsThePixels()
+    {
         auto view = viewOfSize(200, 100);
         view->setBackground(EVBackgroundImage(solidPicture(200, 100, Qt::red), 1.0));
         const QImage picture = rendered(*view);
@@ -120,14 +133,16 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(199, 99), QColor(Qt::red));
     }
 
-    void backgroundIsDrawnAtItsOpacity() {
+    void backgroundIsDrawnAtItsOpacity()
+    {
         auto view = viewOfSize(200, 100);
         view->setBackground(EVBackgroundImage(solidPicture(200, 100, Qt::white), 0.5));
         const QImage picture = renderedAlone(*view);
         QVERIFY(std::abs(qAlpha(picture.pixel(100, 50)) - 128) <= 1);
     }
 
-    void backgroundIsScaledToTheBounds() {
+    void backgroundIsScaledToTheBounds()
+    {
         auto view = viewOfSize(200, 100);
         view->setBackground(EVBackgroundImage(solidPicture(50, 20, Qt::blue), 1.0));
         const QImage picture = rendered(*view);
@@ -135,19 +150,22 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(197, 97), QColor(Qt::blue));
     }
 
-    void viewWithoutBackgroundLetsTheWindowShowThrough() {
+    void viewWithoutBackgroundLetsTheWindowShowThrough()
+    {
         auto view = viewOfSize(200, 100);
         QCOMPARE(rendered(*view).pixelColor(100, 50), untouched);
     }
 
-    void iconOfTheColumnsSizeIsDrawnTenPointsLower() {
+    void iconOfTheColumnsSizeIsDrawnTenPointsLower()
+    {
         auto view = viewOfSize(200, 100);
         view->setIcon(solidPicture(30, 100, Qt::green));
         const QImage picture = renderedAlone(*view);
         QCOMPARE(inkBounds(picture, QRect(0, 0, 200, 100)), QRect(12, 10, 30, 90));
     }
 
-    void squareIconIsFittedAndCentredTenPointsLower() {
+    void squareIconIsFittedAndCentredTenPointsLower()
+    {
         auto view = viewOfSize(200, 100);
         view->setIcon(solidPicture(64, 64, Qt::green));
         const QImage picture = renderedAlone(*view);
@@ -155,7 +173,8 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(27, 60), QColor(Qt::green));
     }
 
-    void iconIsDrawnOverTheBackground() {
+    void iconIsDrawnOverTheBackground()
+    {
         auto view = viewOfSize(200, 100);
         view->setBackground(EVBackgroundImage(solidPicture(200, 100, Qt::red), 1.0));
         view->setIcon(solidPicture(64, 64, Qt::green));
@@ -164,7 +183,8 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(27, 20), QColor(Qt::red));
     }
 
-    void titleWithoutAnIconIsCentredInTheView() {
+    void titleWithoutAnIconIsCentredInTheView()
+    {
         auto view = viewOfSize(400, 200);
         view->setTitle(QStringLiteral("Holidays"));
         const QImage picture = renderedAlone(*view);
@@ -175,7 +195,8 @@ private Q_SLOTS:
         QVERIFY(ink.top() >= 0 && ink.bottom() < 40);
     }
 
-    void titleWithAnIconIsCentredInItsBoxRightOfTheIcon() {
+    void titleWithAnIconIsCentredInItsBoxRightOfTheIcon()
+    {
         auto view = viewOfSize(400, 200);
         view->setTitle(QStringLiteral("Holidays"));
         view->setIcon(solidPicture(60, 200, Qt::transparent));
@@ -186,7 +207,8 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("ink from %1 to %2").arg(ink.left()).arg(ink.right())));
     }
 
-    void textsAreDrawnInTheTextColour() {
+    void textsAreDrawnInTheTextColour()
+    {
         auto view = viewOfSize(400, 200);
         view->setTextColor(QColor(Qt::yellow));
         view->setMajorCountdown(QStringLiteral("88"));
@@ -194,14 +216,16 @@ private Q_SLOTS:
         QCOMPARE(strongestColor(picture, picture.rect()), QColor(Qt::yellow));
     }
 
-    void eachTextIsDrawnInsideItsOwnBox_data() {
+    void eachTextIsDrawnInsideItsOwnBox_data()
+    {
         QTest::addColumn<int>("element");
         QTest::newRow("title") << int(TextElement::Title);
         QTest::newRow("date") << int(TextElement::Date);
         QTest::newRow("major") << int(TextElement::MajorCountdown);
         QTest::newRow("second") << int(TextElement::SecondCountdown);
     }
-    void eachTextIsDrawnInsideItsOwnBox() {
+    void eachTextIsDrawnInsideItsOwnBox()
+    {
         QFETCH(int, element);
         auto view = viewOfSize(400, 200);
         view->setIcon(solidPicture(60, 200, Qt::transparent));
@@ -236,7 +260,8 @@ private Q_SLOTS:
                  qPrintable(where));
     }
 
-    void majorLineInClockFormIsPaintedEightPixelsSmaller() {
+    void majorLineInClockFormIsPaintedEightPixelsSmaller()
+    {
         auto view = viewOfSize(400, 200);
         view->setTitle(QStringLiteral("T"));
         const QRect majorBox =
@@ -259,7 +284,8 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("%1 vs %2").arg(clock.height()).arg(clockDigit)));
     }
 
-    void titleTooWideForItsBoxIsShortenedInTheMiddle() {
+    void titleTooWideForItsBoxIsShortenedInTheMiddle()
+    {
         auto view = viewOfSize(400, 200);
         const QString title =
             QStringLiteral("AB") + QString(60, QLatin1Char('m')) + QStringLiteral("YZ");
@@ -287,7 +313,8 @@ private Q_SLOTS:
         QVERIFY(ink.width() <= box.width());
     }
 
-    void withoutATitleTheOtherTextsSitAtTheirBoxesMiddle() {
+    void withoutATitleTheOtherTextsSitAtTheirBoxesMiddle()
+    {
         auto view = viewOfSize(400, 200);
         view->setMajorCountdown(QStringLiteral("42"));
         view->setTitle(QStringLiteral("Title"));
@@ -299,7 +326,8 @@ private Q_SLOTS:
         QCOMPARE(withoutTitle, withTitle);
     }
 
-    void absentTextsDrawNothing() {
+    void absentTextsDrawNothing()
+    {
         auto view = viewOfSize(400, 200);
         view->setTitle(QString());
         view->setDate(QString());
@@ -307,7 +335,8 @@ private Q_SLOTS:
         QVERIFY(inkBounds(picture, picture.rect()).isEmpty());
     }
 
-    void textsWithoutRoomForAFontAreLeftOutQuietly() {
+    void textsWithoutRoomForAFontAreLeftOutQuietly()
+    {
         // 60 high: title, date and second line would need fonts of -1 pixels, the major line 11.
         auto view = viewOfSize(200, 60);
         view->setTitle(QStringLiteral("Title"));
@@ -324,7 +353,8 @@ private Q_SLOTS:
         QVERIFY(inkBounds(picture, QRect(0, 48, 200, 12)).isEmpty());
     }
 
-    void viewWithoutAFontNameDrawsInItsOwnFontAndPalette() {
+    void viewWithoutAFontNameDrawsInItsOwnFontAndPalette()
+    {
         EVWidgetView view(QRectF(0, 0, 400, 200));
         view.setIcon(QImage());
         QPalette palette = view.palette();
@@ -341,7 +371,8 @@ private Q_SLOTS:
         QCOMPARE(strongestColor(picture, ink), QColor(Qt::blue));
     }
 
-    void viewWithoutATextColourDrawsInItsPaletteLeftAligned() {
+    void viewWithoutATextColourDrawsInItsPaletteLeftAligned()
+    {
         auto view = viewOfSize(400, 200);
         QPalette palette = view->palette();
         palette.setColor(view->foregroundRole(), Qt::green);
@@ -363,7 +394,8 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("%1 vs %2").arg(ink.height()).arg(inkHeight)));
     }
 
-    void settingPropertiesDoesNotRepaint() {
+    void settingPropertiesDoesNotRepaint()
+    {
         EVWidgetView view;
         view.resize(200, 100);
         view.show();
@@ -390,11 +422,14 @@ private Q_SLOTS:
     }
 
 private:
-    class PaintCounter : public QObject {
+    class PaintCounter : public QObject
+    {
     public:
         explicit PaintCounter(int *paints)
-            : m_paints(paints) {}
-        bool eventFilter(QObject *, QEvent *event) override {
+            : m_paints(paints)
+        {}
+        bool eventFilter(QObject *, QEvent *event) override
+        {
             if (event->type() == QEvent::Paint)
                 ++*m_paints;
             return false;

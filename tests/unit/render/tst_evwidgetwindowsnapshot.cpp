@@ -4,18 +4,21 @@
 #include "render/EVWidgetWindowSnapshot.h"
 
 namespace {
-QImage solidPicture(const QSize &size, const QColor &color) {
+QImage solidPicture(const QSize &size, const QColor &color)
+{
     QImage picture(size, QImage::Format_ARGB32_Premultiplied);
     picture.fill(color);
     return picture;
 }
 } // namespace
 
-class TestEVWidgetWindowSnapshot : public QObject {
+class TestEVWidgetWindowSnapshot : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
-    void snapshotShowsTheWindowAsItLooksNow() {
+    void snapshotShowsTheWindowAsItLooksNow()
+    {
         EVWidgetView window;
         window.resize(200, 100);
         window.setBackground(EVBackgroundImage(solidPicture(window.size(), Qt::red), 1.0));
@@ -35,7 +38,8 @@ private Q_SLOTS:
 
     void noWindowGivesNoSnapshot() { QVERIFY(widgetWindowSnapshot(nullptr).isNull()); }
 
-    void windowWithoutSizeGivesNoSnapshot() {
+    void windowWithoutSizeGivesNoSnapshot()
+    {
         QWidget window;
         window.resize(0, 0);
         QVERIFY(widgetWindowSnapshot(&window).isNull());

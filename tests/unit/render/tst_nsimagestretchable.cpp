@@ -9,7 +9,8 @@ using NSImageStretchable::drawStretchableInRect;
 namespace {
 
 // Every pixel a different opaque colour, so that any move or resampling shows.
-QImage patternedPicture(int width, int height) {
+QImage patternedPicture(int width, int height)
+{
     QImage picture(width, height, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
@@ -21,7 +22,8 @@ const QColor partColors[9] = {Qt::red,    Qt::green, Qt::blue,    Qt::cyan,     
                               Qt::yellow, Qt::gray,  Qt::darkRed, Qt::darkGreen};
 
 // A 30 x 30 picture whose nine 10 x 10 parts are each one solid colour.
-QImage ninePartPicture() {
+QImage ninePartPicture()
+{
     QImage picture(30, 30, QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&picture);
     for (int row = 0; row < 3; ++row)
@@ -31,7 +33,8 @@ QImage ninePartPicture() {
 }
 
 // The first pixel of area in picture that is not color, as text; empty when all are.
-QString otherColorIn(const QImage &picture, const QRect &area, const QColor &color) {
+QString otherColorIn(const QImage &picture, const QRect &area, const QColor &color)
+{
     for (int y = area.top(); y <= area.bottom(); ++y)
         for (int x = area.left(); x <= area.right(); ++x)
             if (picture.pixelColor(x, y) != color)
@@ -44,23 +47,27 @@ QString otherColorIn(const QImage &picture, const QRect &area, const QColor &col
     return QString();
 }
 
-bool sameArea(const QImage &a, const QRect &areaOfA, const QImage &b, const QPoint &originInB) {
+bool sameArea(const QImage &a, const QRect &areaOfA, const QImage &b, const QPoint &originInB)
+{
     return a.copy(areaOfA) == b.copy(QRect(originInB, areaOfA.size()));
 }
 
 } // namespace
 
-class TestNSImageStretchable : public QObject {
+class TestNSImageStretchable : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
-    void ninePartResultHasTheRectsSize() {
+    void ninePartResultHasTheRectsSize()
+    {
         const QImage result = drawStretchableInRect(ninePartPicture(), QRectF(0, 0, 100, 50),
                                                     QMarginsF(10, 10, 10, 10));
         QCOMPARE(result.size(), QSize(100, 50));
     }
 
-    void ninePartCornersAreUnchangedPixelForPixel() {
+    void ninePartCornersAreUnchangedPixelForPixel()
+    {
         const QImage source = patternedPicture(30, 30);
         const QImage result =
             drawStretchableInRect(source, QRectF(0, 0, 100, 50), QMarginsF(10, 10, 10, 10));
@@ -70,7 +77,8 @@ private Q_SLOTS:
         QVERIFY(sameArea(source, QRect(20, 20, 10, 10), result, QPoint(90, 40)));
     }
 
-    void ninePartEdgesAndCentreFillTheirSlots_data() {
+    void ninePartEdgesAndCentreFillTheirSlots_data()
+    {
         QTest::addColumn<int>("part");
         QTest::addColumn<QRect>("slot");
         // 30 x 30 with insets of 10, stretched to 100 x 50: corners 10 x 10, top and bottom
@@ -85,7 +93,8 @@ private Q_SLOTS:
         QTest::newRow("bottom edge") << 7 << QRect(10, 40, 80, 10);
         QTest::newRow("bottom-right") << 8 << QRect(90, 40, 10, 10);
     }
-    void ninePartEdgesAndCentreFillTheirSlots() {
+    void ninePartEdgesAndCentreFillTheirSlots()
+    {
         QFETCH(int, part);
         QFETCH(QRect, slot);
         const QImage result = drawStretchableInRect(ninePartPicture(), QRectF(0, 0, 100, 50),
@@ -94,7 +103,8 @@ private Q_SLOTS:
         QVERIFY2(offender.isEmpty(), qPrintable(offender));
     }
 
-    void ninePartCentreIsStretchedOnceNotTiled() {
+    void ninePartCentreIsStretchedOnceNotTiled()
+    {
         QImage source = ninePartPicture();
         QPainter(&source).fillRect(15, 10, 5, 10, Qt::black);
         const QImage result =
@@ -108,7 +118,8 @@ private Q_SLOTS:
         QVERIFY2(right.isEmpty(), qPrintable(right));
     }
 
-    void ninePartWithoutInsetsScalesTheWholePicture() {
+    void ninePartWithoutInsetsScalesTheWholePicture()
+    {
         QImage source(30, 30, QImage::Format_ARGB32_Premultiplied);
         QPainter painter(&source);
         painter.fillRect(0, 0, 15, 15, Qt::red);
@@ -124,7 +135,8 @@ private Q_SLOTS:
         QVERIFY(otherColorIn(result, QRect(52, 27, 48, 23), Qt::yellow).isEmpty());
     }
 
-    void ninePartRectOriginShiftsAndCutsTheParts() {
+    void ninePartRectOriginShiftsAndCutsTheParts()
+    {
         const QImage result = drawStretchableInRect(ninePartPicture(), QRectF(20, 10, 100, 50),
                                                     QMarginsF(10, 10, 10, 10));
         QCOMPARE(result.size(), QSize(100, 50));
@@ -135,7 +147,8 @@ private Q_SLOTS:
         QVERIFY(otherColorIn(result, QRect(30, 20, 70, 30), partColors[4]).isEmpty());
     }
 
-    void ninePartInsetsWiderThanTheRectLeaveOutTheEmptyParts() {
+    void ninePartInsetsWiderThanTheRectLeaveOutTheEmptyParts()
+    {
         const QImage result = drawStretchableInRect(ninePartPicture(), QRectF(0, 0, 30, 30),
                                                     QMarginsF(20, 20, 20, 20));
         QCOMPARE(result.size(), QSize(30, 30));
@@ -144,7 +157,8 @@ private Q_SLOTS:
         QCOMPARE(result.pixelColor(29, 29), QColor(partColors[8]));
     }
 
-    void ninePartOfAnEmptyRectIsNoPicture() {
+    void ninePartOfAnEmptyRectIsNoPicture()
+    {
         QVERIFY(
             drawStretchableInRect(ninePartPicture(), QRectF(0, 0, 0, 50), QMarginsF(10, 10, 10, 10))
                 .isNull());
@@ -152,14 +166,16 @@ private Q_SLOTS:
             drawStretchableInRect(ninePartPicture(), QRectF(0, 0, -5, 50), QMarginsF()).isNull());
     }
 
-    void ninePartOfNoPictureIsTransparent() {
+    void ninePartOfNoPictureIsTransparent()
+    {
         const QImage result =
             drawStretchableInRect(QImage(), QRectF(0, 0, 40, 40), QMarginsF(10, 10, 10, 10));
         QCOMPARE(result.size(), QSize(40, 40));
         QVERIFY(otherColorIn(result, result.rect(), Qt::transparent).isEmpty());
     }
 
-    void threePartKeepsTheCapsUnchanged() {
+    void threePartKeepsTheCapsUnchanged()
+    {
         const QImage strip = patternedPicture(60, 12);
         const QImage result = NSImageStretchable::image(strip, 20, 100, 20);
         QCOMPARE(result.size(), QSize(140, 12));
@@ -167,7 +183,8 @@ private Q_SLOTS:
         QVERIFY(sameArea(strip, QRect(40, 0, 20, 12), result, QPoint(120, 0)));
     }
 
-    void threePartStretchesTheMiddleOnceNotTiled() {
+    void threePartStretchesTheMiddleOnceNotTiled()
+    {
         QImage strip(60, 12, QImage::Format_ARGB32_Premultiplied);
         QPainter painter(&strip);
         painter.fillRect(0, 0, 20, 12, Qt::red);
@@ -185,7 +202,8 @@ private Q_SLOTS:
         QVERIFY(otherColorIn(result, QRect(120, 0, 20, 12), Qt::yellow).isEmpty());
     }
 
-    void threePartCapsWiderThanTheStripLeaveTheMiddleEmpty() {
+    void threePartCapsWiderThanTheStripLeaveTheMiddleEmpty()
+    {
         QImage strip(60, 12, QImage::Format_ARGB32_Premultiplied);
         strip.fill(Qt::red);
         const QImage result = NSImageStretchable::image(strip, 40, 30, 40);
@@ -195,13 +213,15 @@ private Q_SLOTS:
         QVERIFY(otherColorIn(result, QRect(70, 0, 40, 12), Qt::red).isEmpty());
     }
 
-    void threePartWithoutCapsStretchesTheWholeStrip() {
+    void threePartWithoutCapsStretchesTheWholeStrip()
+    {
         const QImage strip = patternedPicture(60, 12);
         const QImage result = NSImageStretchable::image(strip, 0, 60, 0);
         QCOMPARE(result, strip.convertToFormat(result.format()));
     }
 
-    void threePartOfNoWidthIsNoPicture() {
+    void threePartOfNoWidthIsNoPicture()
+    {
         QVERIFY(NSImageStretchable::image(patternedPicture(60, 12), 0, 0, 0).isNull());
         QVERIFY(NSImageStretchable::image(patternedPicture(60, 12), 10, -30, 10).isNull());
         QVERIFY(NSImageStretchable::image(QImage(), 10, 10, 10).isNull());

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+class EVCoreDataDelegate;
+class EVCustomStyle;
+class EVWidgetEntry;
+class EVWindowController;
+
+// Keeps the desktop in step with the store: one window controller per widget entry, refreshed
+// by a pass once a second; the one way to add and remove widgets and custom styles, to save,
+// and to hide or show all widgets at once.
+class EVWidgetsManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The process-wide manager on the process-wide store, made (and its first pass run) on
+    // first use.
+    static EVWidgetsManager *shareWidgetsMananger();
+
+    // Starts the one-second timer and runs the first pass at once.
+    explicit EVWidgetsManager(EVCoreDataDelegate *store, QObject *parent = nullptr);
+    ~EVWidgetsManager() override;
+
+    // Stops the timer.
+    void teardown();
+    bool isRunning() const { return m_updateWidgetsTimer.isActive(); }
+
+    // The store's entries, oldest first, fetched anew only after an entry was added or removed.
+    QList<EVWidgetEntry *> widgetEntries();
+
+    EVWidgetEntry *addNewWidgetEntry();
+    EVCustomStyle *addCustomStyle(EVWidgetEntry *entry);
+    void removeWidgetAtIndex(int index);
+    void removeWidgetWithEntry(EVWidgetEntry *entry);
+    // Removes the style at that position and puts the widget back on the default style.
+    void removeCustomStyleAtIndex(int index, EVWidgetEntry *entry);
+
+    EVWindowController *widgetWindowController(const EVWidgetEntry *entry) const;
+    void addNewWidgetWindowController(EVWidgetEntry *entry);
+    const QHash<QString, EVWindowController *> &widgetControllers() const
+    {
+        return m_widgetControllers;
+    }
+
+    void refreshAll();
+    void refreshWidgetController(const QString &uuid);
+
+    // Copies every window's frame into its entry, then saves the store.
+    void save();
+    // 0 makes every widget invisible, 1 shows them again.
+    void setAllDesktopWidgetState(int state);
+    // Posts "EVNotificationWidgetDidDisplayed" one second from now.
+    void notificationUpdate();
+
+    // The reminder's date text of the entry.
+    QString eventDate(const EVWidgetEntry *entry) const;
+
+public Q_SLOTS:
+    // The pass: a window for every entry that has none, a refresh for every other one.
+    void update_timer_callback();
+
+private:
+    void scheduleNextTick();
+
+    EVCoreDataDelegate *m_store;
+    bool m_refetchWidgetEntries = false;
+    bool m_entriesFetched = false;
+    QTimer m_updateWidgetsTimer;
+    QHash<QString, EVWindowController *> m_widgetControllers;
+    QList<EVWidgetEntry *> m_curWidgetEntries;
+};
