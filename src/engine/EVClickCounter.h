@@ -8,8 +8,9 @@
 class EVClickCounter
 {
 public:
-    // The press at the given time (milliseconds) and place; returns its click count.
-    int press(qint64 milliseconds, const QPoint &position);
+    // The press at the given time (milliseconds) and place; returns its click count. A press
+    // the system already knows to be a double click counts at least 2.
+    int press(qint64 milliseconds, const QPoint &position, int atLeast = 1);
 
 private:
     qint64 m_lastPress = 0;

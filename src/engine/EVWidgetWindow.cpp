@@ -79,21 +79,30 @@ void EVWidgetWindow::showEvent(QShowEvent *event)
 
 void EVWidgetWindow::mousePressEvent(QMouseEvent *event)
 {
+    press(event, 1);
+}
+
+void EVWidgetWindow::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // Some paths deliver the second click as a press and a double click, others as a double
+    // click alone: it is counted once either way.
+    if (m_pressed && event->timestamp() == m_pressTimestamp)
+        return;
+    press(event, 2);
+}
+
+void EVWidgetWindow::press(QMouseEvent *event, int atLeastClicks)
+{
     if (event->button() != Qt::LeftButton) {
         event->ignore();
         return;
     }
     m_pressed = true;
     m_dragging = false;
+    m_pressTimestamp = event->timestamp();
     m_pressPosition = event->globalPosition().toPoint();
     m_pressOffset = m_pressPosition - frameGeometry().topLeft();
-    Q_EMIT mouseDown(m_clicks.press(event->timestamp(), m_pressPosition));
-}
-
-void EVWidgetWindow::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    // The second press of a series; the click counter knows where it stands.
-    mousePressEvent(event);
+    Q_EMIT mouseDown(m_clicks.press(event->timestamp(), m_pressPosition, atLeastClicks));
 }
 
 void EVWidgetWindow::mouseMoveEvent(QMouseEvent *event)

@@ -36,11 +36,13 @@ protected:
 
 private:
     void applyLevel();
+    void press(QMouseEvent *event, int atLeastClicks);
 
     bool m_movable = true;
     Level m_level = Level::Below;
     EVClickCounter m_clicks;
     bool m_pressed = false;
+    quint64 m_pressTimestamp = 0;
     QPoint m_pressPosition;
     QPoint m_pressOffset;
     bool m_dragging = false;

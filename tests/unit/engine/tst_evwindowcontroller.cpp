@@ -1,0 +1,359 @@
+#include "NotificationRecorder.h"
+#include "PaintCounter.h"
+#include "TestMain.h"
+
+#include "engine/EVClock.h"
+#include "engine/EVCountdown.h"
+#include "engine/EVWidgetWindow.h"
+#include "engine/EVWindowController.h"
+#include "render/EVTallyView.h"
+#include "render/EVWidgetView.h"
+#include "store/EVCustomStyle.h"
+#include "store/EVWidgetEntry.h"
+
+#include <QBuffer>
+
+#include <memory>
+
+class TestEVWindowController : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<TestHome> m_home;
+    std::unique_ptr<PinnedClock> m_clock;
+    const QDateTime m_now = QDateTime::fromSecsSinceEpoch(1800000000);
+
+    static std::unique_ptr<EVWindowController> shownController(EVWidgetEntry *entry)
+    {
+        auto controller = std::make_unique<EVWindowController>();
+        controller->display(false);
+        controller->setWidgetData(entry);
+        if (!QTest::qWaitForWindowExposed(controller->window()))
+            return nullptr;
+        return controller;
+    }
+
+    static QRgb pixel(const QImage &image, int x, int y)
+    {
+        return image.convertToFormat(QImage::Format_ARGB32).pixel(x, y);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_home = std::make_unique<TestHome>();
+        m_clock = std::make_unique<PinnedClock>(m_now);
+    }
+    void cleanup()
+    {
+        m_clock.reset();
+        m_home.reset();
+    }
+
+    void zeroFrameKeepsTheInterfaceFileSize()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setWidgetFrameDesc(QStringLiteral("{{0.1, 0.1}, {0, 0.2}}"));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        QCOMPARE(controller->window()->size(), QSize(300, 150));
+        QCOMPARE(controller->widgetView()->size(), QSize(300, 150));
+    }
+
+    void storedFrameIsApplied()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setFrame(QRectF(40, 60, 320, 160));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        QCOMPARE(controller->window()->geometry(), QRect(40, 60, 320, 160));
+    }
+
+    void saveCopiesTheWindowFrameIntoTheEntry()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->window()->setGeometry(QRect(120, 80, 280, 140));
+        controller->save();
+        QCOMPARE(entry.frame(), QRectF(120, 80, 280, 140));
+    }
+
+    void lockFollowsTheEntry()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        QVERIFY(controller->window()->isMovable());
+        entry.setLockWidget(true);
+        controller->update();
+        QVERIFY(!controller->window()->isMovable());
+        entry.setLockWidget(false);
+        controller->update();
+        QVERIFY(controller->window()->isMovable());
+    }
+
+    void levelFollowsKeepTop()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        QCOMPARE(controller->window()->level(), EVWidgetWindow::Level::Below);
+        entry.setKeepTop(1);
+        controller->update();
+        QCOMPARE(controller->window()->level(), EVWidgetWindow::Level::Above);
+        entry.setKeepTop(2);
+        controller->update();
+        QCOMPARE(controller->window()->level(), EVWidgetWindow::Level::Normal);
+        entry.setKeepTop(0);
+        controller->update();
+        QCOMPARE(controller->window()->level(), EVWidgetWindow::Level::Below);
+    }
+
+    void reloadFillsTheViewFromTheEntry()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setEventTitle(QStringLiteral("Launch"));
+        entry.setTextcolor(QColor(10, 200, 30));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->reloadViews();
+
+        const EVWidgetView *view = controller->widgetView();
+        QCOMPARE(view->title(), QStringLiteral("Launch"));
+        QCOMPARE(view->date(), EVCountdown::widgetDateText(entry));
+        QCOMPARE(view->majorCountdown(), QStringLiteral("30"));
+        QCOMPARE(view->secondCountdown(), QStringLiteral("Days Left"));
+        QCOMPARE(view->textColor(), QColor(10, 200, 30));
+        QVERIFY(!view->icon().isNull());
+        QCOMPARE(controller->countdownDesc().value(EVCountdownMajorDescKey), QStringLiteral("30"));
+        QCOMPARE(controller->eventDate(), EVCountdown::widgetDateText(entry));
+    }
+
+    void entryWithoutIconShowsNone()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->reloadViews();
+        QVERIFY(!controller->widgetView()->icon().isNull());
+        entry.setIconfileData(QByteArray());
+        controller->reloadViews();
+        QVERIFY(controller->widgetView()->icon().isNull());
+    }
+
+    void customColourStyleGivesItsColourAtItsOpacity()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        EVCustomStyle style;
+        style.resetDefault();
+        style.setColor(QColor(200, 40, 60));
+        style.setOpacity(0.5f);
+        entry.addCustomStylesObject(&style);
+        entry.setStyleIndex(12);
+        EVWindowController controller;
+        controller.setWidgetData(&entry);
+
+        const EVBackgroundImage background = controller.backgroundImage(QSizeF(300, 150));
+        QCOMPARE(background.transparent(), 0.5);
+        QCOMPARE(qRed(pixel(background.image(), 150, 75)), 200);
+        QCOMPARE(qGreen(pixel(background.image(), 150, 75)), 40);
+        QCOMPARE(qBlue(pixel(background.image(), 150, 75)), 60);
+        entry.removeObjectFromCustomStylesAtIndex(0);
+    }
+
+    void builtInStyleIsOpaqueHolder()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setStyleIndex(5);
+        EVWindowController controller;
+        controller.setWidgetData(&entry);
+        const EVBackgroundImage background = controller.backgroundImage(QSizeF(300, 150));
+        QCOMPARE(background.transparent(), 1.0);
+        QCOMPARE(background.image().cacheKey(),
+                 EVTallyView::buildinBackgroundForStyle(5, QSizeF(300, 150)).cacheKey());
+    }
+
+    void backgroundIsMadeAgainWhenTheStyleChanges()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        EVCustomStyle style;
+        style.resetDefault();
+        style.setColor(QColor(0, 0, 255));
+        style.setOpacity(1.0f);
+        entry.addCustomStylesObject(&style);
+        entry.setStyleIndex(12);
+        EVWindowController controller;
+        controller.setWidgetData(&entry);
+        const QImage first = controller.backgroundImage(QSizeF(300, 150)).image();
+        QCOMPARE(controller.backgroundImage(QSizeF(300, 150)).image().cacheKey(), first.cacheKey());
+
+        style.setColor(QColor(255, 0, 0));
+        const QImage second = controller.backgroundImage(QSizeF(300, 150)).image();
+        QCOMPARE(qRed(pixel(second, 150, 75)), 255);
+        entry.removeObjectFromCustomStylesAtIndex(0);
+    }
+
+    void singleClickPostsNothing()
+    {
+        NotificationRecorder posts(EVNotificationWidgetDoubleClick);
+        EVWindowController controller;
+        controller.mouseDown(1);
+        QCOMPARE(posts.count(), 0);
+    }
+
+    void doubleClickPostsOnceWithTheController()
+    {
+        NotificationRecorder posts(EVNotificationWidgetDoubleClick);
+        EVWindowController controller;
+        controller.mouseDown(1);
+        controller.mouseDown(2);
+        QCOMPARE(posts.count(), 1);
+        QCOMPARE(posts.objectAt(0), &controller);
+    }
+
+    void tripleClickPostsAgain()
+    {
+        NotificationRecorder posts(EVNotificationWidgetDoubleClick);
+        EVWindowController controller;
+        controller.mouseDown(1);
+        controller.mouseDown(2);
+        controller.mouseDown(3);
+        QCOMPARE(posts.count(), 2);
+    }
+
+    void windowClicksAreCountedAsASeries()
+    {
+        NotificationRecorder posts(EVNotificationWidgetDoubleClick);
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        QWidget *view = controller->widgetView();
+        QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(150, 75));
+        QCOMPARE(posts.count(), 0);
+        QTest::mouseDClick(view, Qt::LeftButton, {}, QPoint(150, 75));
+        QVERIFY(posts.count() >= 1);
+    }
+
+    void destroyLetsGoOfTheEntryAndHidesTheWindow()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->destroy();
+        QVERIFY(!controller->widgetData());
+        QVERIFY(!controller->window()->isVisible());
+        controller->update(); // nothing to show any more, and no crash
+    }
+
+    void widgetCountedInDaysIsNotRepaintedWhileNothingChanges()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setEventDate(m_now.addDays(30).addSecs(12 * 3600));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        PaintCounter paints(controller->widgetView());
+        controller->update();
+        QTRY_VERIFY(paints.count() > 0);
+        QTest::qWait(100); // the first show's paints are over
+        paints.reset();
+
+        for (int second = 0; second < 5; ++second) {
+            EVClock::advance(1000);
+            controller->update();
+        }
+        QTest::qWait(50);
+        QCOMPARE(paints.count(), 0);
+    }
+
+    void widgetCountedInTimeIsRepaintedEverySecond()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setCountdownUnit(0);
+        entry.setEventDate(m_now.addSecs(3600));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        PaintCounter paints(controller->widgetView());
+        controller->update();
+        QTRY_VERIFY(paints.count() > 0);
+        QTest::qWait(100); // the first show's paints are over
+        paints.reset();
+
+        EVClock::advance(1000);
+        controller->update();
+        QTRY_COMPARE(paints.count(), 1);
+        QCOMPARE(controller->widgetView()->majorCountdown(), QStringLiteral("00:59:59"));
+    }
+
+    void changedTitleIsRepainted()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        PaintCounter paints(controller->widgetView());
+        controller->update();
+        QTRY_VERIFY(paints.count() > 0);
+        QTest::qWait(100); // the first show's paints are over
+        paints.reset();
+
+        entry.setEventTitle(QStringLiteral("Renamed"));
+        controller->update();
+        QTRY_COMPARE(paints.count(), 1);
+        QCOMPARE(controller->widgetView()->title(), QStringLiteral("Renamed"));
+    }
+
+    void newIconIsShownAtTheNextUpdate()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        const qint64 before = controller->widgetView()->icon().cacheKey();
+
+        QImage red(16, 16, QImage::Format_ARGB32);
+        red.fill(Qt::red);
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        red.save(&buffer, "PNG");
+        entry.setIconfileData(png);
+        controller->update();
+        QVERIFY(controller->widgetView()->icon().cacheKey() != before);
+        QCOMPARE(controller->widgetView()->icon().size(), QSize(16, 16));
+    }
+
+    void alphaZeroMakesTheWidgetInvisible()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->setAlphaValue(0.0);
+        QCOMPARE(controller->window()->windowOpacity(), 0.0);
+        controller->setAlphaValue(1.0);
+        QCOMPARE(controller->window()->windowOpacity(), 1.0);
+        QVERIFY(controller->window()->isVisible());
+    }
+};
+
+TALLYVANE_TEST_MAIN(TestEVWindowController)
+#include "tst_evwindowcontroller.moc"
