@@ -22,8 +22,11 @@ EVDesktopWindowHints::Level hintLevel(EVWidgetWindow::Level level)
 } // namespace
 
 EVWidgetWindow::EVWidgetWindow(QWidget *parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint)
 {
+    // An ordinary window, not a tool window: some window managers hide tool windows while
+    // their application is inactive, and a desktop widget must stay. Task bars and pagers are
+    // kept out by the workspace hints instead.
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_DeleteOnClose, false);
     setMouseTracking(true);

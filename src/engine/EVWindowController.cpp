@@ -72,8 +72,11 @@ void EVWindowController::setWidgetData(EVWidgetEntry *entry)
 
 void EVWindowController::display(bool reload)
 {
-    m_window->show();
-    m_window->raise();
+    // A window being shown comes to the front by itself; one already shown is brought there.
+    if (m_window->isVisible())
+        m_window->raise();
+    else
+        m_window->show();
     if (reload)
         reloadViews();
 }
@@ -110,13 +113,14 @@ void EVWindowController::reloadViews()
     const auto same = [](const QString &a, const QString &b) {
         return a.isNull() == b.isNull() && a == b;
     };
-    const bool unchanged =
-        same(view->title(), title) && same(view->date(), date) &&
-        same(view->majorCountdown(), major) && same(view->secondCountdown(), second) &&
-        view->textColor() == textColor && view->icon().cacheKey() == icon.cacheKey() &&
+    const bool stillLayersUnchanged =
+        same(view->title(), title) && same(view->date(), date) && view->textColor() == textColor &&
+        view->icon().cacheKey() == icon.cacheKey() &&
         view->background().image().cacheKey() == background.image().cacheKey() &&
         view->background().transparent() == background.transparent();
-    if (unchanged)
+    const bool linesUnchanged =
+        same(view->majorCountdown(), major) && same(view->secondCountdown(), second);
+    if (stillLayersUnchanged && linesUnchanged)
         return;
 
     view->setTitle(title);
@@ -126,7 +130,11 @@ void EVWindowController::reloadViews()
     view->setTextColor(textColor);
     view->setIcon(icon);
     view->setBackground(background);
-    view->update();
+    // A clock countdown changes only its two lines each second: only they are painted again.
+    if (stillLayersUnchanged)
+        view->update(view->countdownLinesRect());
+    else
+        view->update();
 }
 
 QString EVWindowController::eventDate() const

@@ -36,14 +36,55 @@ EVWidgetView::EVWidgetView(const QRectF &frame, QWidget *parent)
 
 void EVWidgetView::paintEvent(QPaintEvent *)
 {
-    // Always the whole view, each layer over the ones before.
+    // Always the whole view, each layer over the ones before. Background, icon, title and date
+    // change seldom; they are kept as one picture, so that the every-second repaint of a clock
+    // countdown draws only the two countdown lines afresh.
     QPainter painter(this);
+    painter.drawImage(QPointF(0, 0), stillLayers(painter.device()->devicePixelRatioF()));
+    drawText(painter, TextElement::MajorCountdown, m_majorCountdown);
+    drawText(painter, TextElement::SecondCountdown, m_secondCountdown);
+}
+
+QRect EVWidgetView::countdownLinesRect() const
+{
+    const QRectF bounds(rect());
+    const bool withIcon = !m_icon.isNull();
+    const QRectF lines =
+        EVWidgetLayout::textBox(TextElement::MajorCountdown, bounds, withIcon)
+            .united(EVWidgetLayout::textBox(TextElement::SecondCountdown, bounds, withIcon));
+    // Glyphs may reach a little past their boxes; the margin takes in what they touch.
+    return lines.toAlignedRect().adjusted(-2, -2, 2, 2).intersected(rect());
+}
+
+const QImage &EVWidgetView::stillLayers(qreal pixelRatio)
+{
+    const StillLayersKey key{m_background.image().cacheKey(),
+                             m_background.transparent(),
+                             m_icon.cacheKey(),
+                             m_title,
+                             m_title.isNull(),
+                             m_date,
+                             m_date.isNull(),
+                             m_textColor,
+                             m_textFontName,
+                             font(),
+                             size(),
+                             pixelRatio};
+    if (m_stillLayersKey && *m_stillLayersKey == key)
+        return m_stillLayers;
+
+    m_stillLayers = QImage(EVTransparentPicture::pixelSize(QSizeF(size()) * pixelRatio),
+                           QImage::Format_ARGB32_Premultiplied);
+    m_stillLayers.setDevicePixelRatio(pixelRatio);
+    m_stillLayers.fill(Qt::transparent);
+    QPainter painter(&m_stillLayers);
     drawBackground(painter);
     drawIcon(painter);
     drawText(painter, TextElement::Title, m_title);
     drawText(painter, TextElement::Date, m_date);
-    drawText(painter, TextElement::MajorCountdown, m_majorCountdown);
-    drawText(painter, TextElement::SecondCountdown, m_secondCountdown);
+    painter.end();
+    m_stillLayersKey = key;
+    return m_stillLayers;
 }
 
 void EVWidgetView::drawBackground(QPainter &painter) const

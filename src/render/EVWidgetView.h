@@ -4,9 +4,12 @@
 #include "render/EVWidgetLayout.h"
 
 #include <QColor>
+#include <QFont>
 #include <QImage>
 #include <QString>
 #include <QWidget>
+
+#include <optional>
 
 class QPainter;
 
@@ -51,10 +54,33 @@ public:
     QString textFontName() const { return m_textFontName; }
     void setTextFontName(const QString &textFontName) { m_textFontName = textFontName; }
 
+    // Where the two countdown lines are drawn: what has to be painted again when only they
+    // changed.
+    QRect countdownLinesRect() const;
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    // What the picture of the still layers was made from.
+    struct StillLayersKey
+    {
+        qint64 background;
+        double transparent;
+        qint64 icon;
+        QString title;
+        bool titleIsNull;
+        QString date;
+        bool dateIsNull;
+        QColor textColor;
+        QString textFontName;
+        QFont font;
+        QSize size;
+        qreal pixelRatio;
+        bool operator==(const StillLayersKey &) const = default;
+    };
+    const QImage &stillLayers(qreal pixelRatio);
+
     void drawBackground(QPainter &painter) const;
     void drawIcon(QPainter &painter) const;
     void drawText(QPainter &painter, EVWidgetLayout::TextElement element,
@@ -68,4 +94,6 @@ private:
     EVBackgroundImage m_background;
     QColor m_textColor;
     QString m_textFontName;
+    QImage m_stillLayers;
+    std::optional<StillLayersKey> m_stillLayersKey;
 };
