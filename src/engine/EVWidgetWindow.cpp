@@ -1,9 +1,12 @@
 #include "engine/EVWidgetWindow.h"
 
 #include "platform/EVDesktopWindowHints.h"
+#include "render/EVTallyView.h"
 
 #include <QApplication>
+#include <QBitmap>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWindow>
 
 namespace {
@@ -71,8 +74,33 @@ void EVWidgetWindow::applyLevel()
         show();
 }
 
+void EVWidgetWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    updateCornerMask();
+}
+
+void EVWidgetWindow::updateCornerMask()
+{
+    // Without a compositing manager the see-through corners would show black: the window is
+    // cut to the widget's rounded shape instead.
+    if (EVDesktopWindowHints::hasCompositingManager()) {
+        clearMask();
+        return;
+    }
+    QBitmap shape(size());
+    shape.fill(Qt::color0);
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(rect(), EVTallyView::cornerRadius, EVTallyView::cornerRadius);
+    painter.end();
+    setMask(shape);
+}
+
 void EVWidgetWindow::showEvent(QShowEvent *event)
 {
+    updateCornerMask();
     // The native window exists by now but is not mapped yet: the hints reach the window
     // manager before it first places the window.
     EVDesktopWindowHints::applyWorkspaceHints(windowHandle());

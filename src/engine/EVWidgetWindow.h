@@ -29,6 +29,7 @@ Q_SIGNALS:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -36,6 +37,7 @@ protected:
 
 private:
     void applyLevel();
+    void updateCornerMask();
     void press(QMouseEvent *event, int atLeastClicks);
 
     bool m_movable = true;
