@@ -189,10 +189,12 @@ void FLUserNotificationCenter::presentedNotification(FLUserNotification *notific
 
 void FLUserNotificationCenter::sortVisibleNotifications()
 {
+    // Collected from the end of the list, so that of banners presented within the same
+    // millisecond the one delivered last still counts as the newest.
     QList<FLUserNotification *> visible;
-    for (FLUserNotification *notification : std::as_const(m_delivered)) {
-        if (notification->isVisible())
-            visible.append(notification);
+    for (auto it = m_delivered.crbegin(); it != m_delivered.crend(); ++it) {
+        if ((*it)->isVisible())
+            visible.append(*it);
     }
     std::stable_sort(visible.begin(), visible.end(),
                      [](const FLUserNotification *a, const FLUserNotification *b) {

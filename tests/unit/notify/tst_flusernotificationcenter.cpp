@@ -466,6 +466,21 @@ private Q_SLOTS:
         }
     }
 
+    void ofBannersPresentedAtOneInstantTheOneDeliveredLastIsNewest()
+    {
+        auto center = handDrivenCenter(FLUserNotificationCenterTypeAlert);
+        FLUserNotification *first = notificationTitled(QStringLiteral("first"));
+        FLUserNotification *second = notificationTitled(QStringLiteral("second"));
+        center->deliverNotification(first);
+        finishAnimations(center.get());
+        center->deliverNotification(second);
+        finishAnimations(center.get());
+        QCOMPARE(first->actualDeliveryDate(), second->actualDeliveryDate());
+        QCOMPARE(second->showWindow()->y(), 20);
+        QCOMPARE(first->showWindow()->y(), 110);
+        QVERIFY(second->showWindow()->level() > first->showWindow()->level());
+    }
+
     void alertBodyClickReportsAndStaysWhileShowAndCloseFadeItOutAndCloseTheGap()
     {
         auto center = handDrivenCenter(FLUserNotificationCenterTypeAlert);
