@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -213,12 +214,26 @@ void FLUserNotificationCenter::sortVisibleNotifications()
         const double y = screen.y() + stackTop + stackOffset(index, window->height());
         notification->moveAnimation(QPointF(x, y));
     }
-    // The window system stacks the banners by their levels: the newest is raised last.
-    for (qsizetype index = count - 1; index >= 0; --index) {
-        FLBannerWindow *window = visible.at(index)->showWindow();
-        if (window->isVisible())
-            window->raise();
+    raiseInLevelOrder(visible);
+}
+
+void FLUserNotificationCenter::raiseInLevelOrder(const QList<FLUserNotification *> &newestFirst)
+{
+    // The window system stacks the banners by their levels: from the bottom up, each is raised
+    // over the ones before. Those at the bottom that already lie in order stay where they are,
+    // so that a new banner costs one raise, not one for every banner on screen.
+    QList<QPointer<FLBannerWindow>> bottomUp;
+    for (auto it = newestFirst.crbegin(); it != newestFirst.crend(); ++it) {
+        if ((*it)->showWindow()->isVisible())
+            bottomUp.append((*it)->showWindow());
     }
+    qsizetype inPlace = 0;
+    while (inPlace < bottomUp.size() && inPlace < m_raisedBottomUp.size() &&
+           bottomUp.at(inPlace) == m_raisedBottomUp.at(inPlace))
+        ++inPlace;
+    for (qsizetype index = inPlace; index < bottomUp.size(); ++index)
+        bottomUp.at(index)->raise();
+    m_raisedBottomUp = bottomUp;
 }
 
 void FLUserNotificationCenter::checkMethod()

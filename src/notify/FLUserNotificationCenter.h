@@ -4,8 +4,10 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
+class FLBannerWindow;
 class FLUserNotification;
 class FLUserNotificationCenterDelegate;
 
@@ -83,10 +85,13 @@ private:
     bool takeDownExpiredBanners();
     bool presentDueScheduledNotification();
     bool presentDueRepeatingNotification();
+    void raiseInLevelOrder(const QList<FLUserNotification *> &newestFirst);
 
     FLUserNotificationCenterDelegate *m_delegate = nullptr;
     QList<FLUserNotification *> m_delivered;
     QList<FLUserNotification *> m_scheduled;
     QTimer m_timer;
+    // The banner windows as they were last stacked, from the bottom up.
+    QList<QPointer<FLBannerWindow>> m_raisedBottomUp;
     qint64 m_centerType = FLUserNotificationCenterTypeAlert;
 };
