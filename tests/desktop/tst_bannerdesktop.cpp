@@ -11,7 +11,12 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
+
+#include <algorithm>
 
 namespace {
 
@@ -26,6 +31,29 @@ int darkPixels(const QImage &image, const QRect &area)
         }
     }
     return count;
+}
+
+// The X window ids of the desktop's top-level windows, topmost first.
+QStringList stackingTopFirst()
+{
+    QProcess xwininfo;
+    xwininfo.start(QStringLiteral("xwininfo"),
+                   {QStringLiteral("-root"), QStringLiteral("-children")});
+    xwininfo.waitForFinished(10000);
+    QStringList ids;
+    const QRegularExpression child(QStringLiteral("^\\s+(0x[0-9a-f]+) "));
+    for (const QString &line :
+         QString::fromLocal8Bit(xwininfo.readAllStandardOutput()).split('\n')) {
+        const QRegularExpressionMatch match = child.match(line);
+        if (match.hasMatch())
+            ids.append(match.captured(1));
+    }
+    return ids;
+}
+
+QString windowId(const FLUserNotification *notification)
+{
+    return QStringLiteral("0x%1").arg(quintptr(notification->showWindow()->winId()), 0, 16);
 }
 
 bool isPanelFace(const QColor &color)
@@ -98,6 +126,59 @@ private Q_SLOTS:
             QDir::current().absoluteFilePath(QStringLiteral("banner-desktop-after.png"));
         QVERIFY(DesktopTools::screenshot(after));
         QVERIFY(!isPanelFace(QImage(after).pixelColor(expected.left() + 312, expected.top() + 85)));
+    }
+
+    void alertBannersStackNewestOnTopAndAClickOnCloseClosesTheGap()
+    {
+        if (!DesktopTools::hasDisplay())
+            QSKIP("No X display to test on");
+        FLUserNotificationCenter center;
+        center.timer()->stop();
+        QList<FLUserNotification *> oldestFirst;
+        for (int i = 0; i < 3; ++i) {
+            auto *notification = new FLUserNotification;
+            notification->setTitle(QStringLiteral("Alert %1").arg(i + 1));
+            notification->setSubtitle(QStringLiteral("Stacked at the top right"));
+            center.deliverNotification(notification);
+            QTRY_VERIFY_WITH_TIMEOUT(!notification->isAnimating(), 1500);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                std::none_of(oldestFirst.cbegin(), oldestFirst.cend(),
+                             [](const FLUserNotification *n) { return n->isAnimating(); }),
+                1500);
+            oldestFirst.append(notification);
+            // Presented in different milliseconds, as deliveries a moment apart are.
+            QTest::qWait(20);
+        }
+        QTest::qWait(300);
+        const QRect screen = QGuiApplication::primaryScreen()->geometry();
+        const int left = screen.right() + 1 - 328;
+        QCOMPARE(DesktopTools::windowGeometry(oldestFirst.at(2)->showWindow()->winId()),
+                 QRect(left, 20, 328, 100));
+        QCOMPARE(DesktopTools::windowGeometry(oldestFirst.at(1)->showWindow()->winId()),
+                 QRect(left, 110, 328, 100));
+        QCOMPARE(DesktopTools::windowGeometry(oldestFirst.at(0)->showWindow()->winId()),
+                 QRect(left, 200, 328, 100));
+        const QStringList stacking = stackingTopFirst();
+        const qsizetype newest = stacking.indexOf(windowId(oldestFirst.at(2)));
+        const qsizetype middle = stacking.indexOf(windowId(oldestFirst.at(1)));
+        const qsizetype oldest = stacking.indexOf(windowId(oldestFirst.at(0)));
+        QVERIFY(newest >= 0 && middle >= 0 && oldest >= 0);
+        QVERIFY(newest < middle && middle < oldest);
+        QVERIFY(DesktopTools::screenshot(
+            QDir::current().absoluteFilePath(QStringLiteral("banner-desktop-alerts.png"))));
+
+        // A real click on the newest banner's "Close" button.
+        const QRect close = oldestFirst.at(2)->showWindow()->otherButton()->geometry();
+        QVERIFY(DesktopTools::click(QPoint(left, 20) + close.center(), 1));
+        QTRY_VERIFY_WITH_TIMEOUT(!oldestFirst.at(2)->isVisible(), 2000);
+        QCOMPARE(oldestFirst.at(2)->activationType(), qint64(FLUserNotificationActivationTypeNone));
+        QTRY_VERIFY_WITH_TIMEOUT(!oldestFirst.at(2)->showWindow()->isVisible(), 1500);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            DesktopTools::windowGeometry(oldestFirst.at(1)->showWindow()->winId()),
+            QRect(left, 20, 328, 100), 1500);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            DesktopTools::windowGeometry(oldestFirst.at(0)->showWindow()->winId()),
+            QRect(left, 110, 328, 100), 1500);
     }
 };
 
