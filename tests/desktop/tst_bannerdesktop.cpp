@@ -20,6 +20,14 @@
 
 namespace {
 
+// Without an X display the xcb platform cannot even start; on the offscreen one the tests can
+// say that they skip. Decided before main() makes the application.
+const bool platformChosen = [] {
+    if (!DesktopTools::hasDisplay())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    return true;
+}();
+
 // Counts the pixels of the area darker than a text grey can be on the light panel.
 int darkPixels(const QImage &image, const QRect &area)
 {
