@@ -12,6 +12,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegion>
 
 namespace {
 
@@ -53,6 +54,15 @@ QPushButton *makeButton(const QString &title, const QRect &frame, QWidget *paren
     button->setCheckable(true);
     button->setFocusPolicy(Qt::NoFocus);
     return button;
+}
+
+// The opaque part of the panel picture (alpha cut at one half): its faint outer shadow, which
+// only a compositing manager can blend, is left out.
+QRegion panelShape()
+{
+    static const QRegion shape(
+        QBitmap::fromImage(FLBannerWindow::backgroundImage().createAlphaMask()));
+    return shape;
 }
 
 } // namespace
@@ -111,12 +121,18 @@ void FLBannerWindow::setTextFieldsWidened(bool widened)
     m_informativeField->setGeometry(widened ? bannerInformativeFrame : alertInformativeFrame);
 }
 
+void FLBannerWindow::fitShapeTo(const QTransform &contentTransform)
+{
+    if (!m_cutToShape)
+        return;
+    const QRegion shape = contentTransform.map(panelShape());
+    // An empty mask would mean no mask at all; a pixel outside the window hides all of it.
+    setMask(shape.isEmpty() ? QRegion(-1, -1, 1, 1) : shape);
+}
+
 void FLBannerWindow::showEvent(QShowEvent *event)
 {
-    // Without a compositing manager the see-through corners would show as black; cut the
-    // window to the panel's shape instead.
-    const QImage panel = backgroundImage();
-    if (!panel.isNull() && !EVDesktopWindowHints::hasCompositingManager())
-        setMask(QBitmap::fromImage(panel.createAlphaMask()));
+    m_cutToShape = !panelShape().isEmpty() && !EVDesktopWindowHints::hasCompositingManager();
+    fitShapeTo(QTransform());
     QWidget::showEvent(event);
 }

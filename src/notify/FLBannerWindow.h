@@ -4,6 +4,7 @@
 #include <QRect>
 #include <QSize>
 #include <QString>
+#include <QTransform>
 #include <QWidget>
 
 class FLBannerTextField;
@@ -61,6 +62,12 @@ public:
     int level() const { return m_level; }
     void setLevel(int level) { m_level = level; }
 
+public Q_SLOTS:
+    // Where no compositing manager blends see-through pixels with the desktop, they would show
+    // black: the window is then cut to the panel's shape, as the content is drawn through the
+    // transform (a swing in progress); elsewhere this does nothing.
+    void fitShapeTo(const QTransform &contentTransform);
+
 protected:
     void showEvent(QShowEvent *event) override;
 
@@ -75,4 +82,5 @@ private:
     QPushButton *m_actionButton;
     QPushButton *m_otherButton;
     int m_level = statusWindowLevel;
+    bool m_cutToShape = false;
 };

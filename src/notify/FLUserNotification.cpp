@@ -214,5 +214,12 @@ void FLUserNotification::setLayerBacked(bool layerBacked)
 {
     QWidget *content = m_window->contentView();
     // Replacing or removing a view's effect deletes the one it had.
-    content->setGraphicsEffect(layerBacked ? new FLViewLayer(content->size()) : nullptr);
+    if (!layerBacked) {
+        content->setGraphicsEffect(nullptr);
+        m_window->fitShapeTo(QTransform());
+        return;
+    }
+    auto *layer = new FLViewLayer(content->size());
+    connect(layer, &FLViewLayer::transformChanged, m_window.get(), &FLBannerWindow::fitShapeTo);
+    content->setGraphicsEffect(layer);
 }

@@ -11,19 +11,25 @@ FLViewLayer::FLViewLayer(const QSizeF &bounds, QObject *parent)
 void FLViewLayer::setAnchorPoint(const QPointF &anchorPoint)
 {
     m_anchorPoint = anchorPoint;
-    update();
+    changed();
 }
 
 void FLViewLayer::setPosition(const QPointF &position)
 {
     m_position = position;
-    update();
+    changed();
 }
 
 void FLViewLayer::setRotationX(qreal radians)
 {
     m_rotationX = radians;
+    changed();
+}
+
+void FLViewLayer::changed()
+{
     update();
+    Q_EMIT transformChanged(transform());
 }
 
 QTransform FLViewLayer::transform() const

@@ -36,10 +36,16 @@ public:
     // Maps the view's points to where the layer draws them.
     QTransform transform() const;
 
+Q_SIGNALS:
+    // The layer now draws through another transform.
+    void transformChanged(const QTransform &transform);
+
 protected:
     void draw(QPainter *painter) override;
 
 private:
+    void changed();
+
     QSizeF m_bounds;
     QPointF m_anchorPoint{0.5, 0.5};
     QPointF m_position;

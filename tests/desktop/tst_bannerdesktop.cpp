@@ -6,6 +6,7 @@
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenter.h"
+#include "platform/EVDesktopWindowHints.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVWidgetEntry.h"
 
@@ -111,6 +112,14 @@ private Q_SLOTS:
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
         const QRect expected(screen.right() + 1 - 328, screen.top() + 20, 328, 100);
         QCOMPARE(DesktopTools::windowGeometry(banner->showWindow()->winId()), expected);
+
+        // Without a compositing manager the see-through corners are cut off the window.
+        if (!EVDesktopWindowHints::hasCompositingManager()) {
+            const QRegion shape = banner->showWindow()->mask();
+            QVERIFY(shape.contains(QPoint(164, 50)));
+            QVERIFY(!shape.contains(QPoint(0, 0)));
+            QVERIFY(!shape.contains(QPoint(327, 99)));
+        }
 
         const QString shot = QDir::current().absoluteFilePath(QStringLiteral("banner-desktop.png"));
         QVERIFY(DesktopTools::screenshot(shot));
