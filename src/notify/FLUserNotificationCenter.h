@@ -64,6 +64,7 @@ public:
     void removeDeliveredNotification(FLUserNotification *notification);
     void removeAllDeliveredNotifications();
 
+    // The check timer. Stopped, it leaves the checks to whoever calls checkMethod().
     QTimer *timer() { return &m_timer; }
 
     // Lays the notification out, marks it presented and moves it in unless it is on screen.
