@@ -1,7 +1,10 @@
 #include "engine/EVWidgetsManager.h"
 
+#include "engine/EVClock.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVWindowController.h"
+#include "notify/FLUserNotification.h"
+#include "notify/FLUserNotificationCenter.h"
 #include "platform/EVNotificationBus.h"
 #include "render/EVTallyView.h"
 #include "store/EVCoreDataDelegate.h"
@@ -10,6 +13,8 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+
+#include <array>
 
 EVWidgetsManager *EVWidgetsManager::shareWidgetsMananger()
 {
@@ -156,6 +161,36 @@ QString EVWidgetsManager::eventDate(const EVWidgetEntry *entry) const
     return entry ? EVCountdown::reminderDateText(*entry) : QString();
 }
 
+void EVWidgetsManager::checkRemindMeForNotificationCenter(EVWidgetEntry *entry)
+{
+    if (!entry || !entry->soundAlert())
+        return;
+    // Seconds per unit of the lead time: seconds, minutes, hours, days, weeks.
+    static constexpr std::array<qint64, 5> unitSeconds{1, 60, 3600, 86400, 604800};
+    const int unit = entry->intervalAlertUnit();
+    // The Note tab stores nothing else; a unit from elsewhere cannot be timed.
+    if (unit < 0 || unit >= int(unitSeconds.size()))
+        return;
+    const double lead = double(qint64(entry->intervalBeforeAlert()) * unitSeconds[unit]);
+    const QDateTime now = EVClock::now();
+    const double remaining = double(now.msecsTo(entry->eventDate())) / 1000.0;
+    if (!(lead > remaining))
+        return;
+
+    auto *notification = new FLUserNotification;
+    notification->setTitle(entry->eventTitle());
+    notification->setSubtitle(eventDate(entry));
+    if (!entry->note().isNull())
+        notification->setInformativeText(entry->note());
+    notification->setHasActionButton(true);
+    notification->setDeliveryDate(now);
+    FLUserNotificationCenter *center =
+        m_notificationCenter ? m_notificationCenter
+                             : FLUserNotificationCenter::defaultUserNotificationCenter();
+    center->deliverNotification(notification);
+    entry->setSoundAlert(false);
+}
+
 void EVWidgetsManager::update_timer_callback()
 {
     if (m_updateWidgetsTimer.isActive() && sender() == &m_updateWidgetsTimer)
@@ -171,6 +206,7 @@ void EVWidgetsManager::update_timer_callback()
             addNewWidgetWindowController(entry);
             added = true;
         }
+        checkRemindMeForNotificationCenter(entry);
     }
     if (added)
         notificationUpdate();

@@ -10,6 +10,7 @@ class EVCoreDataDelegate;
 class EVCustomStyle;
 class EVWidgetEntry;
 class EVWindowController;
+class FLUserNotificationCenter;
 
 // Keeps the desktop in step with the store: one window controller per widget entry, refreshed
 // by a pass once a second; the one way to add and remove widgets and custom styles, to save,
@@ -61,6 +62,15 @@ public:
     // The reminder's date text of the entry.
     QString eventDate(const EVWidgetEntry *entry) const;
 
+    // Delivers the entry's reminder when it is armed and due, then disarms it: each reminder
+    // fires once.
+    void checkRemindMeForNotificationCenter(EVWidgetEntry *entry);
+    // Where reminders go; the process-wide center unless another is set.
+    void setUserNotificationCenter(FLUserNotificationCenter *center)
+    {
+        m_notificationCenter = center;
+    }
+
 public Q_SLOTS:
     // The pass: a window for every entry that has none, a refresh for every other one.
     void update_timer_callback();
@@ -74,4 +84,5 @@ private:
     QTimer m_updateWidgetsTimer;
     QHash<QString, EVWindowController *> m_widgetControllers;
     QList<EVWidgetEntry *> m_curWidgetEntries;
+    FLUserNotificationCenter *m_notificationCenter = nullptr;
 };

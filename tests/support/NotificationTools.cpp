@@ -1,0 +1,53 @@
+#include "NotificationTools.h"
+
+#include "notify/FLUserNotification.h"
+#include "notify/FLUserNotificationCenter.h"
+#include "notify/FLViewAnimation.h"
+
+#include <QString>
+
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+void dropOffscreenWindowNotes(QtMsgType type, const QMessageLogContext &context,
+                              const QString &message)
+{
+    if (message == QLatin1String("This plugin does not support raise()") ||
+        message == QLatin1String("This plugin does not support setting window opacity"))
+        return;
+    if (previousHandler)
+        previousHandler(type, context, message);
+}
+
+void finishAnimation(QAbstractAnimation *animation)
+{
+    if (animation && animation->state() == QAbstractAnimation::Running)
+        animation->setCurrentTime(animation->totalDuration());
+}
+
+} // namespace
+
+void finishAnimations(FLUserNotification *notification)
+{
+    finishAnimation(notification->viewAnimation());
+    finishAnimation(notification->rotationAnimation());
+}
+
+void finishAnimations(FLUserNotificationCenter *center)
+{
+    for (FLUserNotification *notification : center->findChildren<FLUserNotification *>())
+        finishAnimations(notification);
+}
+
+OffscreenWindowNotesFilter::OffscreenWindowNotesFilter()
+    : m_previous(qInstallMessageHandler(dropOffscreenWindowNotes))
+{
+    previousHandler = m_previous;
+}
+
+OffscreenWindowNotesFilter::~OffscreenWindowNotesFilter()
+{
+    qInstallMessageHandler(m_previous);
+    previousHandler = nullptr;
+}
