@@ -77,7 +77,7 @@ void bindColor(QSqlQuery &query, const QColor &color)
 {
     float components[4] = {};
     if (color.isValid()) {
-        const QColor rgb = color.spec() == QColor::ExtendedRgb ? color : color.toRgb();
+        const QColor rgb = color.toRgb();
         rgb.getRgbF(&components[0], &components[1], &components[2], &components[3]);
     }
     for (float component : components)
