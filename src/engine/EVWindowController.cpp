@@ -26,14 +26,6 @@ EVWidgetWindow::Level levelForKeepTop(int keepTop)
     }
 }
 
-const EVCustomStyle *shownCustomStyle(const EVWidgetEntry &entry)
-{
-    const qsizetype position = qsizetype(entry.styleIndex()) - EVTallyView::builtinStyleCount;
-    if (position < 0 || position >= entry.customStyles().size())
-        return nullptr;
-    return entry.customStyles().at(position);
-}
-
 } // namespace
 
 EVWindowController *EVWindowController::windowController(QObject *parent)
@@ -164,7 +156,7 @@ EVBackgroundImage EVWindowController::backgroundImage(const QSizeF &size)
 {
     if (!m_widgetData)
         return EVBackgroundImage();
-    const EVCustomStyle *style = shownCustomStyle(*m_widgetData);
+    const EVCustomStyle *style = EVTallyView::customStyleOfWidget(*m_widgetData);
     const BackgroundSource source{m_widgetData, m_widgetData->revision(),
                                   style ? style->revision() : 0, size};
     if (source == m_backgroundSource)

@@ -165,14 +165,21 @@ EVBackgroundImage EVTallyView::backgroundImageForWidget(const EVWidgetEntry &ent
         const auto style = static_cast<quint64>(static_cast<qint64>(styleIndex));
         return EVBackgroundImage(buildinBackgroundForStyle(style, size), 1.0);
     }
-    const qsizetype position = styleIndex - builtinStyleCount;
-    const QList<EVCustomStyle *> &styles = entry.customStyles();
-    if (position >= styles.size() || !styles.at(position))
+    EVCustomStyle *style = customStyleOfWidget(entry);
+    if (!style)
         return EVBackgroundImage();
-    EVCustomStyle &style = *styles.at(position);
     return EVBackgroundImage(
-        createBackgroundFromColorOrImage(colorOrImageOfCustomStyle(style), size),
-        static_cast<double>(style.opacity()));
+        createBackgroundFromColorOrImage(colorOrImageOfCustomStyle(*style), size),
+        static_cast<double>(style->opacity()));
+}
+
+EVCustomStyle *EVTallyView::customStyleOfWidget(const EVWidgetEntry &entry)
+{
+    const qsizetype position = qsizetype(entry.styleIndex()) - builtinStyleCount;
+    const QList<EVCustomStyle *> &styles = entry.customStyles();
+    if (position < 0 || position >= styles.size())
+        return nullptr;
+    return styles.at(position);
 }
 
 QImage EVTallyView::thumbnailForCustomStyle(EVCustomStyle &style, const QSizeF &size)

@@ -51,6 +51,10 @@ public:
     // other type); a picture that cannot be decoded is a null image.
     static ColorOrImage colorOrImageOfCustomStyle(EVCustomStyle &style);
 
+    // The custom style the entry's styleIndex picks; none for a built-in style or a position the
+    // entry does not have.
+    static EVCustomStyle *customStyleOfWidget(const EVWidgetEntry &entry);
+
     // What the widget view of entry, sized size, draws under its texts: a custom style (styleIndex
     // 12 and above picks customStyles at styleIndex - 12) at the style's opacity, or a built-in
     // style at opacity 1.0, its translucency being in the picture. A styleIndex naming a custom
