@@ -3,11 +3,11 @@
 #include "engine/EVClock.h"
 #include "notify/FLBannerTextField.h"
 #include "notify/FLBannerWindow.h"
-#include "notify/FLMainScreen.h"
 #include "notify/FLUserNotificationCenter.h"
 #include "notify/FLUserNotificationDelegate.h"
 #include "notify/FLViewLayer.h"
 #include "notify/QoAnimationUtility.h"
+#include "platform/EVMainScreen.h"
 
 #include <QAbstractButton>
 #include <QPropertyAnimation>
@@ -112,7 +112,7 @@ void FLUserNotification::moveInAnimation()
     m_animating = true;
     m_visible = true;
 
-    const QRectF screen = FLMainScreen::frame();
+    const QRectF screen = EVMainScreen::frame();
     const QSizeF size = m_window->size();
     const qreal x = screen.x() + screen.width() - size.width();
     // From just above the top edge of the screen, flush right, down to the top position.
@@ -159,7 +159,7 @@ void FLUserNotification::moveOutAnimation()
         return;
     m_animating = true;
     m_visible = false;
-    const QRectF screen = FLMainScreen::frame();
+    const QRectF screen = EVMainScreen::frame();
     const QRectF frame(m_window->geometry());
     // Half of the banner ends past the right edge of the screen.
     const QRectF endFrame(QPointF(screen.x() + screen.width() - frame.width() * 0.5, frame.y()),

@@ -2,9 +2,9 @@
 
 #include "engine/EVClock.h"
 #include "notify/FLBannerWindow.h"
-#include "notify/FLMainScreen.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenterDelegate.h"
+#include "platform/EVMainScreen.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -204,7 +204,7 @@ void FLUserNotificationCenter::sortVisibleNotifications()
     if (visible.isEmpty())
         return;
 
-    const QRectF screen = FLMainScreen::frame();
+    const QRectF screen = EVMainScreen::frame();
     const qsizetype count = visible.size();
     for (qsizetype index = 0; index < count; ++index) {
         FLUserNotification *notification = visible.at(index);

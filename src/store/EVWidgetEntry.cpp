@@ -1,25 +1,15 @@
 #include "store/EVWidgetEntry.h"
 
 #include "engine/EVClock.h"
+#include "platform/EVMainScreen.h"
 #include "render/EVAppImage.h"
 #include "store/EVCustomStyle.h"
 #include "store/EVPictureFile.h"
 #include "store/EVRectText.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 namespace {
 
 constexpr qint64 thirtyDaysInSeconds = 2592000;
-
-QSizeF mainScreenSize()
-{
-    const QScreen *screen = qobject_cast<QGuiApplication *>(QCoreApplication::instance())
-                                ? QGuiApplication::primaryScreen()
-                                : nullptr;
-    return screen ? QSizeF(screen->geometry().size()) : QSizeF(0, 0);
-}
 
 } // namespace
 
@@ -59,7 +49,7 @@ QRectF EVWidgetEntry::frame() const
     if (m_widgetFrameDesc.isNull())
         return QRectF();
     const QRectF fractions = EVRectText::toRect(m_widgetFrameDesc);
-    const QSizeF screen = mainScreenSize();
+    const QSizeF screen = EVMainScreen::frame().size();
     return QRectF(fractions.x() * screen.width(), fractions.y() * screen.height(),
                   fractions.width() * screen.width(), fractions.height() * screen.height());
 }
@@ -67,7 +57,7 @@ QRectF EVWidgetEntry::frame() const
 void EVWidgetEntry::setFrame(const QRectF &frame)
 {
     // No guard against a zero screen: the fractions are then stored as non-finite numbers.
-    const QSizeF screen = mainScreenSize();
+    const QSizeF screen = EVMainScreen::frame().size();
     const QRectF fractions(frame.x() / screen.width(), frame.y() / screen.height(),
                            frame.width() / screen.width(), frame.height() / screen.height());
     setWidgetFrameDesc(EVRectText::fromRect(fractions));

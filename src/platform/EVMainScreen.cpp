@@ -1,9 +1,9 @@
-#include "notify/FLMainScreen.h"
+#include "platform/EVMainScreen.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 
-namespace FLMainScreen {
+namespace EVMainScreen {
 
 QRectF frame()
 {
@@ -13,4 +13,4 @@ QRectF frame()
     return screen ? QRectF(screen->geometry()) : QRectF();
 }
 
-} // namespace FLMainScreen
+} // namespace EVMainScreen

@@ -2,11 +2,11 @@
 
 #include <QRectF>
 
-// The screen that banners stack on.
-namespace FLMainScreen {
+// The main screen: widget frames are kept as fractions of it and banners stack on it.
+namespace EVMainScreen {
 
 // The primary screen's rectangle on the desktop; an empty rectangle at (0, 0) when there is no
 // screen, so that positions are then computed from zeros.
 QRectF frame();
 
-} // namespace FLMainScreen
+} // namespace EVMainScreen
