@@ -57,10 +57,9 @@ void EVWidgetsManager::teardown()
 
 QList<EVWidgetEntry *> EVWidgetsManager::widgetEntries()
 {
-    if (!m_refetchWidgetEntries && m_entriesFetched)
+    if (!m_refetchWidgetEntries)
         return m_curWidgetEntries;
     m_curWidgetEntries = m_store->fetchWidgetEntries();
-    m_entriesFetched = true;
     m_refetchWidgetEntries = false;
     return m_curWidgetEntries;
 }

@@ -79,8 +79,8 @@ private:
     void scheduleNextTick();
 
     EVCoreDataDelegate *m_store;
-    bool m_refetchWidgetEntries = false;
-    bool m_entriesFetched = false;
+    // Nothing is cached before the first fetch.
+    bool m_refetchWidgetEntries = true;
     QTimer m_updateWidgetsTimer;
     QHash<QString, EVWindowController *> m_widgetControllers;
     QList<EVWidgetEntry *> m_curWidgetEntries;

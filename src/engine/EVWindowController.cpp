@@ -1,5 +1,6 @@
 #include "engine/EVWindowController.h"
 
+#include "engine/EVClock.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVWidgetWindow.h"
 #include "platform/EVDesktopWindowHints.h"
@@ -91,11 +92,13 @@ void EVWindowController::reloadViews()
     if (!m_widgetData)
         return;
     EVWidgetView *view = widgetView();
-    const QMap<QString, QString> lines = countdownDesc();
+    // The lines straight from the calculation: the dictionary form of countdownDesc() would
+    // cost an allocation per widget every second.
+    const EVCountdown::Lines lines = EVCountdown::countdownLines(*m_widgetData, EVClock::now());
     const QString title = m_widgetData->eventTitle();
     const QString date = eventDate();
-    const QString major = lines.value(EVCountdownMajorDescKey);
-    const QString second = lines.value(EVCountdownSecondDescKey);
+    const QString &major = lines.majorDesc;
+    const QString &second = lines.secondDesc;
     const QColor textColor = m_widgetData->textcolor();
     const QImage icon = iconImage();
     const EVBackgroundImage background = backgroundImage(view->size());
