@@ -3,7 +3,7 @@
 //
 //   bench_manager                 per-pass figures for 10, 50 and 200 widgets of each unit
 //   bench_manager live N UNIT S   N widgets of UNIT (time or day) running for S seconds
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "engine/EVWidgetsManager.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVWidgetEntry.h"

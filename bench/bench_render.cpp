@@ -2,7 +2,7 @@
 // building a custom background (which, unlike the built-in ones, is not cached).
 // Usage: bench_render [ITERATIONS]
 
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 #include "render/EVTallyView.h"
 #include "render/EVWidgetView.h"
 

@@ -1,7 +1,7 @@
 // Renders every background style as a whole widget at two sizes into one PNG, to look at.
 // Usage: contact_sheet OUTPUT.png
 
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 #include "render/EVTallyView.h"
 #include "render/EVWidgetView.h"
 #include "store/EVCustomStyle.h"

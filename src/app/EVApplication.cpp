@@ -1,8 +1,9 @@
 #include "app/EVApplication.h"
 
-#include "app/EVAlert.h"
-#include "app/EVAppInfo.h"
 #include "app/EVEmailController.h"
+#include "core/EVAlert.h"
+#include "core/EVAppInfo.h"
+#include "store/EVCoreDataDelegate.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
@@ -59,4 +60,10 @@ void EVApplication::countdownPresentError(const EVError &error)
         EVEmailController::sendEmailWithoutBody(EVAppInfo::feedbackAddress(),
                                                 databaseFailureSubject());
     terminate();
+}
+
+void EVApplication::reportStoreFailures(EVCoreDataDelegate *store)
+{
+    QObject::connect(store, &EVCoreDataDelegate::errorReported, store,
+                     &EVApplication::countdownPresentError);
 }

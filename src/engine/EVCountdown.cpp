@@ -1,6 +1,6 @@
 #include "engine/EVCountdown.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "store/EVWidgetEntry.h"
 
 #include <QtNumeric>

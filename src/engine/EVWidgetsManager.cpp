@@ -1,6 +1,6 @@
 #include "engine/EVWidgetsManager.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVWindowController.h"
 #include "notify/FLUserNotification.h"

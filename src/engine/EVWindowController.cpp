@@ -1,6 +1,6 @@
 #include "engine/EVWindowController.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVWidgetWindow.h"
 #include "platform/EVDesktopWindowHints.h"

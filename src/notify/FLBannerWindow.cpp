@@ -2,7 +2,7 @@
 
 #include "notify/FLBannerTextField.h"
 #include "platform/EVDesktopWindowHints.h"
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 #include "render/EVFontFamily.h"
 #include "render/NSImage+stretchable.h"
 

@@ -1,6 +1,6 @@
 #include "notify/FLUserNotification.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "notify/FLBannerTextField.h"
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotificationCenter.h"

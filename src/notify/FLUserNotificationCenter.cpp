@@ -1,6 +1,6 @@
 #include "notify/FLUserNotificationCenter.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenterDelegate.h"

@@ -1,6 +1,6 @@
 #include "render/EVWidgetView.h"
 
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 #include "render/EVFontFamily.h"
 #include "render/EVTransparentPicture.h"
 

@@ -1,6 +1,5 @@
 #include "store/EVCoreDataDelegate.h"
 
-#include "app/EVApplication.h"
 #include "platform/EVPaths.h"
 #include "store/EVCustomStyle.h"
 #include "store/EVObjectContext.h"
@@ -40,7 +39,6 @@ QString EVCoreDataDelegate::storeFilePath() const
 void EVCoreDataDelegate::reportError(const EVError &error)
 {
     Q_EMIT errorReported(error);
-    EVApplication::countdownPresentError(error);
 }
 
 EVStoreFile *EVCoreDataDelegate::persistentStoreCoordinator()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/EVError.h"
+#include "core/EVError.h"
 
 #include <QList>
 #include <QObject>
@@ -14,8 +14,8 @@ class EVStoreFile;
 class EVWidgetEntry;
 
 // Owner of the one widget store: the store file, and the context in which every widget entry
-// and custom style lives. Every failure to open, read or save the store ends in one fatal
-// report to the user.
+// and custom style lives. Every failure to open, read or save the store is reported through
+// errorReported; the application shell turns it into its fatal report to the user.
 class EVCoreDataDelegate : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ public:
     void save();
 
 Q_SIGNALS:
-    // Emitted for every failure, just before the fatal report.
+    // Emitted for every failure to open, read or save the store.
     void errorReported(const EVError &error);
 
 private:

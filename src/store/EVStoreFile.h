@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/EVError.h"
+#include "core/EVError.h"
 
 #include <QHash>
 #include <QList>

@@ -1,7 +1,7 @@
 #include "DesktopTools.h"
 #include "TestMain.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "engine/EVWidgetsManager.h"
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"

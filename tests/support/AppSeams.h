@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/EVAlert.h"
+#include "core/EVAlert.h"
 
 #include <QList>
 #include <QObject>

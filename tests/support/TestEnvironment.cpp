@@ -1,6 +1,6 @@
 #include "TestEnvironment.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "platform/EVPaths.h"
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "TestMain.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "engine/EVCountdown.h"
 #include "store/EVWidgetEntry.h"
 

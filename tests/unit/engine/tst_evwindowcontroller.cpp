@@ -2,7 +2,7 @@
 #include "PaintCounter.h"
 #include "TestMain.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVWidgetWindow.h"
 #include "engine/EVWindowController.h"

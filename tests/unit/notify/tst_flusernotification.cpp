@@ -1,7 +1,7 @@
 #include "NotificationTools.h"
 #include "TestMain.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "notify/FLBannerTextField.h"
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"
@@ -9,7 +9,7 @@
 #include "notify/FLViewAnimation.h"
 #include "notify/FLViewLayer.h"
 #include "notify/QoAnimationUtility.h"
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 #include "render/NSImage+stretchable.h"
 
 #include <QLabel>

@@ -1,7 +1,7 @@
 #include "NotificationTools.h"
 #include "TestMain.h"
 
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 #include "notify/FLBannerTextField.h"
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"

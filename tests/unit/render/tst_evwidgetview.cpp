@@ -1,6 +1,6 @@
 #include "TestMain.h"
 
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 #include "render/EVFontFamily.h"
 #include "render/EVWidgetView.h"
 

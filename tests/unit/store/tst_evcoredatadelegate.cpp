@@ -1,6 +1,5 @@
 #include "AppSeams.h"
 #include "TestMain.h"
-#include "app/EVAppInfo.h"
 #include "app/EVApplication.h"
 
 #include "store/EVCoreDataDelegate.h"
@@ -34,8 +33,11 @@ private:
         TerminationRecorder terminations;
         QList<EVError> errors;
 
+        // Composed as the application shell composes it: the store's failures become its
+        // fatal report.
         void watch(EVCoreDataDelegate &store)
         {
+            EVApplication::reportStoreFailures(&store);
             QObject::connect(&store, &EVCoreDataDelegate::errorReported,
                              [this](const EVError &error) { errors.append(error); });
         }
@@ -111,40 +113,6 @@ private Q_SLOTS:
                      .arg(m_home->applicationFilesPath()));
         QCOMPARE(reports.terminations.requests(), 1);
         QCOMPARE(fileContents(m_home->applicationFilesPath()), QByteArray("not a folder"));
-    }
-
-    void reportShowsTheAlertMailsFeedbackAndAsksToTerminate()
-    {
-        Reports reports;
-        EVApplication::countdownPresentError(EVError{QStringLiteral("any"), 7, {}, {}});
-
-        QCOMPARE(reports.alerts.shown().size(), 1);
-        const EVAlert &alert = reports.alerts.shown().at(0);
-        QCOMPARE(alert.icon, QMessageBox::Warning);
-        QCOMPARE(alert.messageText, QStringLiteral("Wow, database initial failed!"));
-        QCOMPARE(alert.informativeText,
-                 QStringLiteral("I'm out of action with the bad database, My master will be "
-                                "always happy to offer you efficient services."));
-        QCOMPARE(alert.buttons,
-                 (QStringList{QStringLiteral("Report Issue"), QStringLiteral("Cancel")}));
-        QCOMPARE(reports.mail.opened().size(), 1);
-        const QUrl mail = reports.mail.opened().at(0);
-        QCOMPARE(mail.scheme(), QStringLiteral("mailto"));
-        QCOMPARE(mail.path(), EVAppInfo::feedbackAddress());
-        QCOMPARE(mail.query(QUrl::FullyDecoded),
-                 QStringLiteral("SUBJECT=Feedback: Tallyvane(%1.%2) Database initial failed")
-                     .arg(EVAppInfo::version(), QString::number(EVAppInfo::systemVersion(), 16)));
-        QCOMPARE(reports.terminations.requests(), 1);
-    }
-
-    void cancelledReportSendsNoMailButStillAsksToTerminate()
-    {
-        Reports reports;
-        reports.alerts.queueAnswer(1);
-        EVApplication::countdownPresentError(EVError{});
-        QCOMPARE(reports.alerts.shown().size(), 1);
-        QVERIFY(reports.mail.opened().isEmpty());
-        QCOMPARE(reports.terminations.requests(), 1);
     }
 
     void contextWithoutAStoreReportsError9999AfterTheStoreError()

@@ -1,4 +1,4 @@
-#include "app/EVAlert.h"
+#include "core/EVAlert.h"
 
 #include <QPushButton>
 

@@ -1,4 +1,4 @@
-#include "render/EVAppImage.h"
+#include "core/EVAppImage.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -7,21 +7,10 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
-// The resources live in the static library, so they have to be registered by hand.
-static void ensureResourcesLoaded()
-{
-    static const bool loaded = [] {
-        Q_INIT_RESOURCE(resources);
-        return true;
-    }();
-    Q_UNUSED(loaded);
-}
-
 namespace EVAppImage {
 
 QImage named(const QString &name)
 {
-    ensureResourcesLoaded();
     const QString svgPath = QStringLiteral(":/images/%1.svg").arg(name);
     if (QFile::exists(svgPath)) {
         QSvgRenderer renderer(svgPath);

@@ -1,4 +1,4 @@
-#include "engine/EVClock.h"
+#include "core/EVClock.h"
 
 namespace {
 QDateTime &pinnedInstant()

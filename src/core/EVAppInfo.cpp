@@ -1,4 +1,4 @@
-#include "app/EVAppInfo.h"
+#include "core/EVAppInfo.h"
 
 #include <QOperatingSystemVersion>
 #include <QRegularExpression>
