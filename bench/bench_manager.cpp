@@ -55,7 +55,6 @@ double perPass(int count, int countdownUnit)
     qputenv("HOME", home.path().toUtf8());
     EVCoreDataDelegate store;
     EVWidgetsManager manager(&store);
-    manager.teardown();
     addWidgets(manager, count, countdownUnit);
     for (int warmUp = 0; warmUp < 3; ++warmUp) {
         EVClock::advance(1000);
@@ -79,6 +78,7 @@ int live(int count, int countdownUnit, int seconds)
     EVCoreDataDelegate store;
     EVWidgetsManager manager(&store);
     addWidgets(manager, count, countdownUnit);
+    manager.start();
     const double start = cpuMilliseconds();
     QTimer::singleShot(seconds * 1000, qApp, &QCoreApplication::quit);
     QCoreApplication::exec();

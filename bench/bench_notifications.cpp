@@ -71,7 +71,6 @@ void measure(const char *label, qint64 type, int count)
 {
     const Usage before = usageNow();
     FLUserNotificationCenter center;
-    center.timer()->stop();
     center.setCenterType(type);
     QElapsedTimer timer;
     timer.start();

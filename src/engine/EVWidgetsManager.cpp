@@ -1,25 +1,26 @@
 #include "engine/EVWidgetsManager.h"
 
-#include "core/EVClock.h"
-#include "engine/EVCountdown.h"
+#include "core/EVProcessObjects.h"
 #include "engine/EVWindowController.h"
-#include "notify/FLUserNotification.h"
-#include "notify/FLUserNotificationCenter.h"
 #include "platform/EVNotificationBus.h"
 #include "render/EVTallyView.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"
 #include "store/EVWidgetEntry.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
+#include <QPointer>
 
-#include <array>
+#include <utility>
 
 EVWidgetsManager *EVWidgetsManager::shareWidgetsMananger()
 {
-    static EVWidgetsManager *manager = new EVWidgetsManager(
-        EVCoreDataDelegate::shareCoreDataDelegate(), QCoreApplication::instance());
+    static QPointer<EVWidgetsManager> manager;
+    if (!manager) {
+        manager = EVProcessObjects::keep(
+            new EVWidgetsManager(EVCoreDataDelegate::shareCoreDataDelegate()));
+        manager->start();
+    }
     return manager;
 }
 
@@ -30,16 +31,16 @@ EVWidgetsManager::EVWidgetsManager(EVCoreDataDelegate *store, QObject *parent)
     // Qt timers keep firing while menus and modal dialogs run their own loops.
     m_updateWidgetsTimer.setTimerType(Qt::PreciseTimer);
     m_updateWidgetsTimer.setSingleShot(false);
-    connect(&m_updateWidgetsTimer, &QTimer::timeout, this,
-            &EVWidgetsManager::update_timer_callback);
-    scheduleNextTick();
-    update_timer_callback();
+    connect(&m_updateWidgetsTimer, &QTimer::timeout, this, &EVWidgetsManager::onUpdateWidgetsTimer);
 }
 
-EVWidgetsManager::~EVWidgetsManager()
+// The controllers are children of the manager and go with it.
+EVWidgetsManager::~EVWidgetsManager() = default;
+
+void EVWidgetsManager::start()
 {
-    m_updateWidgetsTimer.stop();
-    qDeleteAll(m_widgetControllers);
+    scheduleNextTick();
+    update_timer_callback();
 }
 
 void EVWidgetsManager::scheduleNextTick()
@@ -53,6 +54,8 @@ void EVWidgetsManager::scheduleNextTick()
 void EVWidgetsManager::teardown()
 {
     m_updateWidgetsTimer.stop();
+    qDeleteAll(std::exchange(m_widgetControllers, {}));
+    m_refetchWidgetEntries = true;
 }
 
 QList<EVWidgetEntry *> EVWidgetsManager::widgetEntries()
@@ -157,44 +160,22 @@ void EVWidgetsManager::notificationUpdate()
 
 QString EVWidgetsManager::eventDate(const EVWidgetEntry *entry) const
 {
-    return entry ? EVCountdown::reminderDateText(*entry) : QString();
+    return EVReminderCheck::eventDate(entry);
 }
 
 void EVWidgetsManager::checkRemindMeForNotificationCenter(EVWidgetEntry *entry)
 {
-    if (!entry || !entry->soundAlert())
-        return;
-    // Seconds per unit of the lead time: seconds, minutes, hours, days, weeks.
-    static constexpr std::array<qint64, 5> unitSeconds{1, 60, 3600, 86400, 604800};
-    const int unit = entry->intervalAlertUnit();
-    // The Note tab stores nothing else; a unit from elsewhere cannot be timed.
-    if (unit < 0 || unit >= int(unitSeconds.size()))
-        return;
-    const double lead = double(qint64(entry->intervalBeforeAlert()) * unitSeconds[unit]);
-    const QDateTime now = EVClock::now();
-    const double remaining = double(now.msecsTo(entry->eventDate())) / 1000.0;
-    if (!(lead > remaining))
-        return;
+    m_reminderCheck.check(entry);
+}
 
-    auto *notification = new FLUserNotification;
-    notification->setTitle(entry->eventTitle());
-    notification->setSubtitle(eventDate(entry));
-    if (!entry->note().isNull())
-        notification->setInformativeText(entry->note());
-    notification->setHasActionButton(true);
-    notification->setDeliveryDate(now);
-    FLUserNotificationCenter *center =
-        m_notificationCenter ? m_notificationCenter
-                             : FLUserNotificationCenter::defaultUserNotificationCenter();
-    center->deliverNotification(notification);
-    entry->setSoundAlert(false);
+void EVWidgetsManager::onUpdateWidgetsTimer()
+{
+    scheduleNextTick();
+    update_timer_callback();
 }
 
 void EVWidgetsManager::update_timer_callback()
 {
-    if (m_updateWidgetsTimer.isActive() && sender() == &m_updateWidgetsTimer)
-        scheduleNextTick();
-
     bool added = false;
     // A copy: making a controller marks the cache stale but must not change this pass's list.
     const QList<EVWidgetEntry *> entries = widgetEntries();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/EVReminderCheck.h"
+
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -20,15 +22,15 @@ class EVWidgetsManager : public QObject
     Q_OBJECT
 
 public:
-    // The process-wide manager on the process-wide store, made (and its first pass run) on
-    // first use.
+    // The process-wide manager on the process-wide store, made and started on first use.
     static EVWidgetsManager *shareWidgetsMananger();
 
-    // Starts the one-second timer and runs the first pass at once.
     explicit EVWidgetsManager(EVCoreDataDelegate *store, QObject *parent = nullptr);
     ~EVWidgetsManager() override;
 
-    // Stops the timer.
+    // Starts the one-second timer and runs the first pass at once.
+    void start();
+    // Stops the timer and closes every widget window.
     void teardown();
     bool isRunning() const { return m_updateWidgetsTimer.isActive(); }
 
@@ -49,6 +51,7 @@ public:
         return m_widgetControllers;
     }
 
+    // Runs the pass at once.
     void refreshAll();
     void refreshWidgetController(const QString &uuid);
 
@@ -68,12 +71,14 @@ public:
     // Where reminders go; the process-wide center unless another is set.
     void setUserNotificationCenter(FLUserNotificationCenter *center)
     {
-        m_notificationCenter = center;
+        m_reminderCheck.setUserNotificationCenter(center);
     }
 
-public Q_SLOTS:
-    // The pass: a window for every entry that has none, a refresh for every other one.
+private Q_SLOTS:
+    // The pass: a window for every entry that has none, a refresh and a reminder check for
+    // every one.
     void update_timer_callback();
+    void onUpdateWidgetsTimer();
 
 private:
     void scheduleNextTick();
@@ -84,5 +89,5 @@ private:
     QTimer m_updateWidgetsTimer;
     QHash<QString, EVWindowController *> m_widgetControllers;
     QList<EVWidgetEntry *> m_curWidgetEntries;
-    FLUserNotificationCenter *m_notificationCenter = nullptr;
+    EVReminderCheck m_reminderCheck;
 };

@@ -37,16 +37,13 @@ EVWindowController *EVWindowController::windowController(QObject *parent)
 EVWindowController::EVWindowController(QObject *parent)
     : QObject(parent)
     , m_ui(std::make_unique<Ui::EVWindowController>())
-    , m_window(new EVWidgetWindow)
+    , m_window(std::make_unique<EVWidgetWindow>())
 {
-    m_ui->setupUi(m_window);
-    connect(m_window, &EVWidgetWindow::mouseDown, this, &EVWindowController::mouseDown);
+    m_ui->setupUi(m_window.get());
+    connect(m_window.get(), &EVWidgetWindow::mouseDown, this, &EVWindowController::mouseDown);
 }
 
-EVWindowController::~EVWindowController()
-{
-    delete m_window;
-}
+EVWindowController::~EVWindowController() = default;
 
 EVWidgetView *EVWindowController::widgetView() const
 {

@@ -30,7 +30,7 @@ public:
     explicit EVWindowController(QObject *parent = nullptr);
     ~EVWindowController() override;
 
-    EVWidgetWindow *window() const { return m_window; }
+    EVWidgetWindow *window() const { return m_window.get(); }
     EVWidgetView *widgetView() const;
 
     EVWidgetEntry *widgetData() const { return m_widgetData; }
@@ -65,7 +65,7 @@ private:
     QImage iconImage();
 
     std::unique_ptr<Ui::EVWindowController> m_ui;
-    EVWidgetWindow *m_window;
+    std::unique_ptr<EVWidgetWindow> m_window;
     EVWidgetEntry *m_widgetData = nullptr;
     bool m_hiddenByAlpha = false;
 

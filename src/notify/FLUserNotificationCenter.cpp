@@ -1,6 +1,7 @@
 #include "notify/FLUserNotificationCenter.h"
 
 #include "core/EVClock.h"
+#include "core/EVProcessObjects.h"
 #include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenterDelegate.h"
@@ -75,8 +76,11 @@ bool isModalLoopRunning()
 
 FLUserNotificationCenter *FLUserNotificationCenter::defaultUserNotificationCenter()
 {
-    // Thread-safe on first use; never destroyed.
-    static FLUserNotificationCenter *const center = new FLUserNotificationCenter;
+    static QPointer<FLUserNotificationCenter> center;
+    if (!center) {
+        center = EVProcessObjects::keep(new FLUserNotificationCenter);
+        center->start();
+    }
     return center;
 }
 
@@ -89,6 +93,10 @@ FLUserNotificationCenter::FLUserNotificationCenter(QObject *parent)
             m_timer.setInterval(checkInterval);
         checkMethod();
     });
+}
+
+void FLUserNotificationCenter::start()
+{
     m_timer.start(0);
 }
 

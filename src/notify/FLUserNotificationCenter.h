@@ -34,12 +34,15 @@ public:
     // One check a second, the first at once.
     static constexpr int checkInterval = 1000;
 
-    // The process-wide center, made on first use.
+    // The process-wide center, made and started on first use.
     static FLUserNotificationCenter *defaultUserNotificationCenter();
 
-    // An alert-type center with empty lists whose check timer runs.
+    // An alert-type center with empty lists; its checks begin with start().
     explicit FLUserNotificationCenter(QObject *parent = nullptr);
     ~FLUserNotificationCenter() override;
+
+    // Starts the check timer: the first check at once, then one a second.
+    void start();
 
     qint64 centerType() const { return m_centerType; }
     // Types 0 and 1 take every visible banner down.

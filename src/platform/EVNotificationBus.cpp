@@ -1,8 +1,14 @@
 #include "platform/EVNotificationBus.h"
 
+#include "core/EVProcessObjects.h"
+
+#include <QPointer>
+
 EVNotificationBus *EVNotificationBus::defaultCenter()
 {
-    static EVNotificationBus *bus = new EVNotificationBus;
+    static QPointer<EVNotificationBus> bus;
+    if (!bus)
+        bus = EVProcessObjects::keep(new EVNotificationBus);
     return bus;
 }
 

@@ -1,18 +1,21 @@
 #include "store/EVCoreDataDelegate.h"
 
+#include "core/EVProcessObjects.h"
 #include "platform/EVPaths.h"
 #include "store/EVCustomStyle.h"
 #include "store/EVObjectContext.h"
 #include "store/EVStoreFile.h"
 #include "store/EVWidgetEntry.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 
 EVCoreDataDelegate *EVCoreDataDelegate::shareCoreDataDelegate()
 {
-    static EVCoreDataDelegate *instance = new EVCoreDataDelegate(QCoreApplication::instance());
+    static QPointer<EVCoreDataDelegate> instance;
+    if (!instance)
+        instance = EVProcessObjects::keep(new EVCoreDataDelegate);
     return instance;
 }
 

@@ -85,9 +85,9 @@ private Q_SLOTS:
             QSKIP("No X display to test on");
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
-        manager.teardown();
         FLUserNotificationCenter center;
         center.setCenterType(FLUserNotificationCenterTypeBanner);
+        center.start();
         manager.setUserNotificationCenter(&center);
 
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
@@ -99,7 +99,7 @@ private Q_SLOTS:
         entry->setSoundAlert(true);
         // Keep the widget itself out of the banner's corner.
         entry->setFrame(QRectF(40, 500, 300, 150));
-        manager.update_timer_callback();
+        manager.refreshAll();
         QElapsedTimer sinceDelivery;
         sinceDelivery.start();
 
@@ -150,7 +150,6 @@ private Q_SLOTS:
         if (!DesktopTools::hasDisplay())
             QSKIP("No X display to test on");
         FLUserNotificationCenter center;
-        center.timer()->stop();
         QList<FLUserNotification *> oldestFirst;
         for (int i = 0; i < 3; ++i) {
             auto *notification = new FLUserNotification;

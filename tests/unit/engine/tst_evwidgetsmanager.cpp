@@ -11,6 +11,7 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -40,6 +41,7 @@ private Q_SLOTS:
         NotificationRecorder displayed(EVNotificationWidgetDidDisplayed);
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         manager.refreshAll();
         QTest::qWait(1500);
         QVERIFY(manager.widgetControllers().isEmpty());
@@ -51,6 +53,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("one"), QStringLiteral("two")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         QCOMPARE(manager.widgetControllers().size(), 2);
         for (EVWidgetEntry *entry : manager.widgetEntries()) {
             EVWindowController *controller = manager.widgetWindowController(entry);
@@ -68,6 +71,7 @@ private Q_SLOTS:
         QElapsedTimer clock;
         clock.start();
         EVWidgetsManager manager(&store);
+        manager.start();
         QCOMPARE(displayed.count(), 0);
         QTRY_COMPARE_WITH_TIMEOUT(displayed.count(), 1, 3000);
         QVERIFY2(clock.elapsed() >= 950, qPrintable(QString::number(clock.elapsed())));
@@ -80,6 +84,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("Launch")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWindowController *controller =
             manager.widgetWindowController(manager.widgetEntries().at(0));
         QVERIFY(controller->widgetView()->title().isNull());
@@ -92,6 +97,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("before")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         QVERIFY(manager.isRunning());
         EVWidgetEntry *entry = manager.widgetEntries().at(0);
         entry->setEventTitle(QStringLiteral("after"));
@@ -104,6 +110,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("before")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWidgetEntry *entry = manager.widgetEntries().at(0);
         EVWindowController *controller = manager.widgetWindowController(entry);
 
@@ -118,10 +125,21 @@ private Q_SLOTS:
         QCOMPARE(seenDuringDialog, QStringLiteral("during"));
     }
 
+    void constructionStartsNothing()
+    {
+        saveEntries({QStringLiteral("one")});
+        EVCoreDataDelegate store;
+        EVWidgetsManager manager(&store);
+        QVERIFY(!manager.isRunning());
+        QVERIFY(manager.widgetControllers().isEmpty());
+    }
+
     void teardownStopsTheTimer()
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
+        QVERIFY(manager.isRunning());
         manager.teardown();
         QVERIFY(!manager.isRunning());
     }
@@ -130,6 +148,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         QVERIFY(manager.widgetEntries().isEmpty());
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
         QVERIFY(entry);
@@ -141,7 +160,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
-        manager.teardown();
+        manager.start();
         const QList<EVWidgetEntry *> before = manager.widgetEntries();
 
         // Added behind the manager's back: the cache does not know yet.
@@ -157,6 +176,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("one"), QStringLiteral("two")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWidgetEntry *first = manager.widgetEntries().at(0);
         QPointer<EVWidgetWindow> window = manager.widgetWindowController(first)->window();
         const QString uuid = first->uuid();
@@ -174,6 +194,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("one")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         manager.removeWidgetAtIndex(1);
         manager.removeWidgetAtIndex(-1);
         QCOMPARE(manager.widgetEntries().size(), 1);
@@ -183,6 +204,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
         EVCustomStyle *style = manager.addCustomStyle(entry);
         QCOMPARE(style->widget(), entry);
@@ -193,6 +215,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
         manager.addCustomStyle(entry);
         manager.addCustomStyle(entry);
@@ -206,6 +229,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
         manager.addCustomStyle(entry);
         entry->setStyleIndex(12);
@@ -221,7 +245,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
-        manager.teardown();
+        manager.start();
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
         entry->setEventTitle(QStringLiteral("refreshed"));
         manager.refreshWidgetController(entry->uuid());
@@ -235,6 +259,7 @@ private Q_SLOTS:
         {
             EVCoreDataDelegate store;
             EVWidgetsManager manager(&store);
+            manager.start();
             EVWidgetEntry *entry = manager.addNewWidgetEntry();
             manager.widgetWindowController(entry)->window()->setGeometry(QRect(30, 40, 310, 155));
             manager.save();
@@ -248,6 +273,7 @@ private Q_SLOTS:
         saveEntries({QStringLiteral("one"), QStringLiteral("two")});
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         manager.setAllDesktopWidgetState(0);
         for (EVWindowController *controller : manager.widgetControllers())
             QCOMPARE(controller->window()->windowOpacity(), 0.0);
@@ -262,6 +288,7 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
+        manager.start();
         EVWidgetEntry *entry = manager.addNewWidgetEntry();
         entry->setEventDate(QDateTime(QDate(2027, 3, 4), QTime(5, 6, 7)));
         entry->setDateformat(4);

@@ -58,7 +58,6 @@ private:
     static std::unique_ptr<FLUserNotificationCenter> handDrivenCenter(qint64 type)
     {
         auto center = std::make_unique<FLUserNotificationCenter>();
-        center->timer()->stop();
         center->setCenterType(type);
         return center;
     }
@@ -90,6 +89,16 @@ private Q_SLOTS:
         m_clock.reset();
     }
 
+    void newCenterChecksNothingUntilStarted()
+    {
+        FLUserNotificationCenter center;
+        QVERIFY(!center.timer()->isActive());
+        FLUserNotification *due = notificationTitled(QStringLiteral("due"));
+        center.scheduleNotification(due);
+        QTest::qWait(100);
+        QVERIFY(!due->isPresented());
+    }
+
     void defaultCenterIsMadeOnceAsAnAlertCenter()
     {
         FLUserNotificationCenter *center =
@@ -107,6 +116,7 @@ private Q_SLOTS:
         QVERIFY(center.scheduledNotifications().isEmpty());
         QVERIFY(center.deliveredNotifications().isEmpty());
         QVERIFY(!center.delegate());
+        center.start();
         QVERIFY(center.timer()->isActive());
         QVERIFY(!center.timer()->isSingleShot());
         // The first check comes at once: a notification scheduled right away is presented.

@@ -57,9 +57,7 @@ private Q_SLOTS:
         m_store = std::make_unique<EVCoreDataDelegate>();
         m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
         // Passes run when a test says so.
-        m_manager->teardown();
         m_center = std::make_unique<FLUserNotificationCenter>();
-        m_center->timer()->stop();
         m_center->setCenterType(FLUserNotificationCenterTypeBanner);
         m_manager->setUserNotificationCenter(m_center.get());
     }
@@ -116,7 +114,7 @@ private Q_SLOTS:
             m_manager->checkRemindMeForNotificationCenter(entry);
             EVClock::advance(86400 * 1000LL);
         }
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         QVERIFY(delivered().isEmpty());
     }
 
@@ -124,7 +122,7 @@ private Q_SLOTS:
     {
         EVWidgetEntry *entry = armedEntry(0, Seconds, -3600);
         QVERIFY(delivered().isEmpty());
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         QCOMPARE(delivered().size(), 1);
         QVERIFY(!entry->soundAlert());
     }
@@ -132,12 +130,12 @@ private Q_SLOTS:
     void leadOfZeroFiresOnTheFirstPassAfterTheEvent()
     {
         EVWidgetEntry *entry = armedEntry(0, Minutes, 2);
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         EVClock::advance(2000);
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         QVERIFY(delivered().isEmpty());
         EVClock::advance(1);
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         QCOMPARE(delivered().size(), 1);
         QVERIFY(!entry->soundAlert());
     }
@@ -203,19 +201,19 @@ private Q_SLOTS:
         EVWidgetEntry *first = armedEntry(5, Minutes, 60);
         EVWidgetEntry *later = armedEntry(5, Minutes, 3600);
         EVWidgetEntry *second = armedEntry(5, Minutes, 120);
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         QCOMPARE(delivered().size(), 2);
         QCOMPARE(delivered().at(0)->subtitle(), m_manager->eventDate(first));
         QCOMPARE(delivered().at(1)->subtitle(), m_manager->eventDate(second));
         QVERIFY(later->soundAlert());
         finishAnimations(m_center.get());
         for (int pass = 0; pass < 3; ++pass)
-            m_manager->update_timer_callback();
+            m_manager->refreshAll();
         QCOMPARE(delivered().size(), 2);
 
         // Armed again by the user, it fires again.
         first->setSoundAlert(true);
-        m_manager->update_timer_callback();
+        m_manager->refreshAll();
         QCOMPARE(delivered().size(), 3);
         finishAnimations(m_center.get());
     }

@@ -54,9 +54,7 @@ private Q_SLOTS:
             entry->setSoundAlert(false);
         }
         EVWidgetsManager manager(&store);
-        manager.teardown();
         FLUserNotificationCenter center;
-        center.timer()->stop();
         center.setCenterType(FLUserNotificationCenterTypeBanner);
         manager.setUserNotificationCenter(&center);
         const QList<EVWidgetEntry *> entries = manager.widgetEntries();
@@ -64,7 +62,7 @@ private Q_SLOTS:
 
         for (EVWidgetEntry *entry : entries)
             entry->setSoundAlert(true);
-        manager.update_timer_callback();
+        manager.refreshAll();
 
         // Each widget's reminder once, in store order.
         const QList<FLUserNotification *> delivered = center.deliveredNotifications();
@@ -93,7 +91,7 @@ private Q_SLOTS:
             QCOMPARE(QRectF(notification->showWindow()->geometry()), topRight);
 
         // Nothing fires twice.
-        manager.update_timer_callback();
+        manager.refreshAll();
         QCOMPARE(center.deliveredNotifications().size(), widgetCount);
 
         // Five seconds on, they leave together, and the next reminder comes alone.
@@ -104,7 +102,7 @@ private Q_SLOTS:
         for (FLUserNotification *notification : delivered)
             QVERIFY(!notification->showWindow()->isVisible());
         entries.first()->setSoundAlert(true);
-        manager.update_timer_callback();
+        manager.refreshAll();
         QCOMPARE(center.deliveredNotifications().size(), widgetCount + 1);
         QCOMPARE(visibleNotifications(center).size(), 1);
         finishAnimations(&center);
