@@ -1,13 +1,14 @@
 #include "store/EVStoreFile.h"
 
 #include "store/EVCustomStyle.h"
+#include "store/EVStoreColumn.h"
 #include "store/EVWidgetEntry.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
-#include <optional>
+#include <vector>
 
 namespace {
 
@@ -30,116 +31,55 @@ const char *const schemaSteps[] = {
 };
 static_assert(std::size(schemaSteps) == EVStoreFile::schemaVersion);
 
-const QString entryColumns = QStringLiteral(
-    "id, uuid, countdown_unit, dateformat, event_creation_date, event_date, event_title,"
-    " iconfile, icon_file_path, ignored_day_type, interval_alert_unit, interval_before_alert,"
-    " keep_top, lock_widget, note, priority, sound_alert, style_index, textcolor_red,"
-    " textcolor_green, textcolor_blue, textcolor_alpha, time_element, widget_frame_desc");
-constexpr int entryColumnCount = 24;
-
-const QString styleColumns =
-    QStringLiteral("id, uuid, color_red, color_green, color_blue, color_alpha, image, image_path,"
-                   " opacity, sid, type, widget_id, position");
-constexpr int styleColumnCount = 13;
-
-QString placeholders(int count)
+QString placeholders(qsizetype count)
 {
     QStringList marks;
-    for (int i = 0; i < count; ++i)
+    for (qsizetype i = 0; i < count; ++i)
         marks.append(QStringLiteral("?"));
     return marks.join(QStringLiteral(", "));
 }
 
-// Values as they go into the file: none is NULL for every kind of value.
-template <typename T>
-QVariant toColumn(const std::optional<T> &value)
+// The row id, then every column of the table's fields, then the extra columns, in order.
+template <typename Record>
+QList<EVStoreFile::ColumnType> columnTypes(const std::vector<EVStoreColumn<Record>> &fields,
+                                           const QList<EVStoreFile::ColumnType> &extra = {})
 {
-    return value ? QVariant::fromValue(*value) : QVariant();
+    QList<EVStoreFile::ColumnType> columns{{QStringLiteral("id"), QStringLiteral("INTEGER")}};
+    for (const EVStoreColumn<Record> &field : fields) {
+        for (const QString &name : field.names)
+            columns.append({name, field.sqlType});
+    }
+    return columns + extra;
 }
-QVariant toColumn(const QString &value)
+
+template <typename Record>
+void readFields(const std::vector<EVStoreColumn<Record>> &fields, const QSqlQuery &row,
+                Record &record)
 {
-    return value.isNull() ? QVariant() : QVariant(value);
+    int column = 1;
+    for (const EVStoreColumn<Record> &field : fields) {
+        field.read(row, column, record);
+        column += int(field.names.size());
+    }
 }
-QVariant toColumn(const QByteArray &value)
+
+template <typename Record>
+void bindFields(const std::vector<EVStoreColumn<Record>> &fields, QSqlQuery &statement,
+                const Record &record)
 {
-    return value.isNull() ? QVariant() : QVariant(value);
+    for (const EVStoreColumn<Record> &field : fields)
+        field.bind(statement, record);
 }
-QVariant toColumn(const QDateTime &value)
-{
-    return value.isValid() ? QVariant(value.toMSecsSinceEpoch()) : QVariant();
-}
+
 QVariant rowColumn(qint64 row)
 {
     return row > 0 ? QVariant(row) : QVariant();
 }
 
-void bindColor(QSqlQuery &query, const QColor &color)
-{
-    float components[4] = {};
-    if (color.isValid()) {
-        const QColor rgb = color.toRgb();
-        rgb.getRgbF(&components[0], &components[1], &components[2], &components[3]);
-    }
-    for (float component : components)
-        query.addBindValue(color.isValid() ? QVariant(double(component)) : QVariant());
-}
-
-// Values as they come out of the file.
-class Row
-{
-public:
-    explicit Row(const QSqlQuery &query)
-        : m_query(query)
-    {}
-
-    qint64 row(int column) const { return m_query.value(column).toLongLong(); }
-    std::optional<int> integer(int column) const
-    {
-        return isNull(column) ? std::nullopt : std::optional<int>(m_query.value(column).toInt());
-    }
-    std::optional<bool> boolean(int column) const
-    {
-        return isNull(column) ? std::nullopt : std::optional<bool>(m_query.value(column).toInt());
-    }
-    std::optional<float> real(int column) const
-    {
-        return isNull(column) ? std::nullopt
-                              : std::optional<float>(float(m_query.value(column).toDouble()));
-    }
-    QString text(int column) const
-    {
-        if (isNull(column))
-            return QString();
-        const QString value = m_query.value(column).toString();
-        return value.isNull() ? QStringLiteral("") : value;
-    }
-    QByteArray bytes(int column) const
-    {
-        if (isNull(column))
-            return QByteArray();
-        // SQLite hands out an empty blob as a null pointer; it is still not none.
-        const QByteArray value = m_query.value(column).toByteArray();
-        return value.isNull() ? QByteArray("") : value;
-    }
-    QDateTime date(int column) const
-    {
-        return isNull(column) ? QDateTime()
-                              : QDateTime::fromMSecsSinceEpoch(m_query.value(column).toLongLong());
-    }
-    QColor color(int firstColumn) const
-    {
-        if (isNull(firstColumn))
-            return QColor();
-        return QColor::fromRgbF(float(m_query.value(firstColumn).toDouble()),
-                                float(m_query.value(firstColumn + 1).toDouble()),
-                                float(m_query.value(firstColumn + 2).toDouble()),
-                                float(m_query.value(firstColumn + 3).toDouble()));
-    }
-
-private:
-    bool isNull(int column) const { return m_query.isNull(column); }
-    const QSqlQuery &m_query;
-};
+// Where a custom style sits: the row of its entry and its place in the entry's list.
+const QList<EVStoreFile::ColumnType> placementColumns{
+    {QStringLiteral("widget_id"), QStringLiteral("INTEGER")},
+    {QStringLiteral("position"), QStringLiteral("INTEGER")}};
 
 } // namespace
 
@@ -155,6 +95,66 @@ EVStoreFile::~EVStoreFile()
         m_database = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_connectionName);
     }
+}
+
+const std::vector<EVStoreColumn<EVWidgetEntry>> &EVStoreFile::widgetEntryColumns()
+{
+    using E = EVWidgetEntry;
+    static const std::vector<EVStoreColumn<E>> columns{
+        storeColumn(QStringLiteral("uuid"), &E::m_uuid),
+        storeColumn(QStringLiteral("countdown_unit"), &E::m_countdownUnit),
+        storeColumn(QStringLiteral("dateformat"), &E::m_dateformat),
+        storeColumn(QStringLiteral("event_creation_date"), &E::m_eventCreationDate),
+        storeColumn(QStringLiteral("event_date"), &E::m_eventDate),
+        storeColumn(QStringLiteral("event_title"), &E::m_eventTitle),
+        storeColumn(QStringLiteral("iconfile"), &E::m_iconfile),
+        storeColumn(QStringLiteral("icon_file_path"), &E::m_iconFilePath),
+        storeColumn(QStringLiteral("ignored_day_type"), &E::m_ignoredDayType),
+        storeColumn(QStringLiteral("interval_alert_unit"), &E::m_intervalAlertUnit),
+        storeColumn(QStringLiteral("interval_before_alert"), &E::m_intervalBeforeAlert),
+        storeColumn(QStringLiteral("keep_top"), &E::m_keepTop),
+        storeColumn(QStringLiteral("lock_widget"), &E::m_lockWidget),
+        storeColumn(QStringLiteral("note"), &E::m_note),
+        storeColumn(QStringLiteral("priority"), &E::m_priority),
+        storeColumn(QStringLiteral("sound_alert"), &E::m_soundAlert),
+        storeColumn(QStringLiteral("style_index"), &E::m_styleIndex),
+        storeColumn(QStringLiteral("textcolor"), &E::m_textcolor),
+        storeColumn(QStringLiteral("time_element"), &E::m_timeElement),
+        storeColumn(QStringLiteral("widget_frame_desc"), &E::m_widgetFrameDesc),
+    };
+    return columns;
+}
+
+const std::vector<EVStoreColumn<EVCustomStyle>> &EVStoreFile::customStyleColumns()
+{
+    using S = EVCustomStyle;
+    static const std::vector<EVStoreColumn<S>> columns{
+        storeColumn(QStringLiteral("uuid"), &S::m_uuid),
+        storeColumn(QStringLiteral("color"), &S::m_color),
+        storeColumn(QStringLiteral("image"), &S::m_image),
+        storeColumn(QStringLiteral("image_path"), &S::m_imagePath),
+        storeColumn(QStringLiteral("opacity"), &S::m_opacity),
+        storeColumn(QStringLiteral("sid"), &S::m_sid),
+        storeColumn(QStringLiteral("type"), &S::m_type),
+    };
+    return columns;
+}
+
+QList<EVStoreFile::ColumnType> EVStoreFile::tableColumnTypes(const QString &table)
+{
+    if (table == QLatin1String("widget_entry"))
+        return columnTypes(widgetEntryColumns());
+    if (table == QLatin1String("custom_style"))
+        return columnTypes(customStyleColumns(), placementColumns);
+    return {};
+}
+
+QStringList EVStoreFile::tableColumns(const QString &table)
+{
+    QStringList names;
+    for (const ColumnType &column : tableColumnTypes(table))
+        names.append(column.first);
+    return names;
 }
 
 EVError EVStoreFile::sqlError(const QString &what, const QString &detail) const
@@ -232,59 +232,35 @@ bool EVStoreFile::load(Records *records, EVError *error)
 {
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
-    if (!query.exec(QStringLiteral("SELECT %1 FROM widget_entry ORDER BY id").arg(entryColumns))) {
+    if (!query.exec(QStringLiteral("SELECT %1 FROM widget_entry ORDER BY id")
+                        .arg(tableColumns(QStringLiteral("widget_entry")).join(u", ")))) {
         *error =
             sqlError(QStringLiteral("The widget store cannot be read"), query.lastError().text());
         return false;
     }
     QHash<qint64, EVWidgetEntry *> entriesByRow;
     while (query.next()) {
-        const Row row(query);
         auto entry = std::make_unique<EVWidgetEntry>();
-        entry->m_rowId = row.row(0);
-        entry->m_uuid = row.text(1);
-        entry->m_countdownUnit = row.integer(2);
-        entry->m_dateformat = row.integer(3);
-        entry->m_eventCreationDate = row.date(4);
-        entry->m_eventDate = row.date(5);
-        entry->m_eventTitle = row.text(6);
-        entry->m_iconfile = row.bytes(7);
-        entry->m_iconFilePath = row.text(8);
-        entry->m_ignoredDayType = row.integer(9);
-        entry->m_intervalAlertUnit = row.integer(10);
-        entry->m_intervalBeforeAlert = row.integer(11);
-        entry->m_keepTop = row.integer(12);
-        entry->m_lockWidget = row.boolean(13);
-        entry->m_note = row.text(14);
-        entry->m_priority = row.integer(15);
-        entry->m_soundAlert = row.boolean(16);
-        entry->m_styleIndex = row.integer(17);
-        entry->m_textcolor = row.color(18);
-        entry->m_timeElement = row.boolean(22);
-        entry->m_widgetFrameDesc = row.text(23);
+        entry->m_rowId = query.value(0).toLongLong();
+        readFields(widgetEntryColumns(), query, *entry);
         entry->m_changed = false;
         entriesByRow.insert(entry->m_rowId, entry.get());
         records->entries.push_back(std::move(entry));
     }
 
+    const QStringList styleColumns = tableColumns(QStringLiteral("custom_style"));
     if (!query.exec(QStringLiteral("SELECT %1 FROM custom_style ORDER BY widget_id, position, id")
-                        .arg(styleColumns))) {
+                        .arg(styleColumns.join(u", ")))) {
         *error =
             sqlError(QStringLiteral("The widget store cannot be read"), query.lastError().text());
         return false;
     }
+    const int ownerColumn = int(styleColumns.indexOf(placementColumns.first().first));
     while (query.next()) {
-        const Row row(query);
         auto style = std::make_unique<EVCustomStyle>();
-        style->m_rowId = row.row(0);
-        style->m_uuid = row.text(1);
-        style->m_color = row.color(2);
-        style->m_image = row.bytes(6);
-        style->m_imagePath = row.text(7);
-        style->m_opacity = row.real(8);
-        style->m_sid = row.integer(9);
-        style->m_type = row.integer(10);
-        EVWidgetEntry *owner = entriesByRow.value(row.row(11));
+        style->m_rowId = query.value(0).toLongLong();
+        readFields(customStyleColumns(), query, *style);
+        EVWidgetEntry *owner = entriesByRow.value(query.value(ownerColumn).toLongLong());
         if (owner) {
             owner->m_customStyles.append(style.get());
             style->m_widget = owner;
@@ -328,32 +304,14 @@ bool EVStoreFile::save(const Changes &changes, EVError *error)
     };
 
     QSqlQuery write(m_database);
+    const QStringList entryColumns = tableColumns(QStringLiteral("widget_entry"));
     write.prepare(QStringLiteral("INSERT OR REPLACE INTO widget_entry (%1) VALUES (%2)")
-                      .arg(entryColumns, placeholders(entryColumnCount)));
+                      .arg(entryColumns.join(u", "), placeholders(entryColumns.size())));
     for (const EVWidgetEntry *entry : changes.entries) {
         if (entry->m_rowId > 0 && !entry->m_changed)
             continue;
         write.addBindValue(rowColumn(entry->m_rowId));
-        write.addBindValue(toColumn(entry->m_uuid));
-        write.addBindValue(toColumn(entry->m_countdownUnit));
-        write.addBindValue(toColumn(entry->m_dateformat));
-        write.addBindValue(toColumn(entry->m_eventCreationDate));
-        write.addBindValue(toColumn(entry->m_eventDate));
-        write.addBindValue(toColumn(entry->m_eventTitle));
-        write.addBindValue(toColumn(entry->m_iconfile));
-        write.addBindValue(toColumn(entry->m_iconFilePath));
-        write.addBindValue(toColumn(entry->m_ignoredDayType));
-        write.addBindValue(toColumn(entry->m_intervalAlertUnit));
-        write.addBindValue(toColumn(entry->m_intervalBeforeAlert));
-        write.addBindValue(toColumn(entry->m_keepTop));
-        write.addBindValue(toColumn(entry->m_lockWidget));
-        write.addBindValue(toColumn(entry->m_note));
-        write.addBindValue(toColumn(entry->m_priority));
-        write.addBindValue(toColumn(entry->m_soundAlert));
-        write.addBindValue(toColumn(entry->m_styleIndex));
-        bindColor(write, entry->m_textcolor);
-        write.addBindValue(toColumn(entry->m_timeElement));
-        write.addBindValue(toColumn(entry->m_widgetFrameDesc));
+        bindFields(widgetEntryColumns(), write, *entry);
         if (!write.exec())
             return fail(write.lastError().text());
         if (entry->m_rowId <= 0)
@@ -366,20 +324,15 @@ bool EVStoreFile::save(const Changes &changes, EVError *error)
             placements.insert(entry->m_customStyles.at(i), {rowOf(entry), i});
     }
 
+    const QStringList styleColumns = tableColumns(QStringLiteral("custom_style"));
     write.prepare(QStringLiteral("INSERT OR REPLACE INTO custom_style (%1) VALUES (%2)")
-                      .arg(styleColumns, placeholders(styleColumnCount)));
+                      .arg(styleColumns.join(u", "), placeholders(styleColumns.size())));
     for (const EVCustomStyle *style : changes.styles) {
         const Placement placement = placements.value(style);
         if (style->m_rowId > 0 && !style->m_changed && m_storedPlacements.value(style) == placement)
             continue;
         write.addBindValue(rowColumn(style->m_rowId));
-        write.addBindValue(toColumn(style->m_uuid));
-        bindColor(write, style->m_color);
-        write.addBindValue(toColumn(style->m_image));
-        write.addBindValue(toColumn(style->m_imagePath));
-        write.addBindValue(toColumn(style->m_opacity));
-        write.addBindValue(toColumn(style->m_sid));
-        write.addBindValue(toColumn(style->m_type));
+        bindFields(customStyleColumns(), write, *style);
         write.addBindValue(rowColumn(placement.ownerRow));
         write.addBindValue(placement.position >= 0 ? QVariant(placement.position) : QVariant());
         if (!write.exec())

@@ -6,12 +6,16 @@
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 class EVCustomStyle;
 class EVWidgetEntry;
+template <typename Record>
+struct EVStoreColumn;
 
 // The SQLite file that holds every widget entry and custom style. Each save is one
 // transaction, so that a crash or kill while saving leaves the previous save intact.
@@ -49,6 +53,12 @@ public:
     // records are marked saved.
     bool save(const Changes &changes, EVError *error);
 
+    // The columns a table of the file is read and written with, the row id first, each with
+    // its SQL type.
+    using ColumnType = std::pair<QString, QString>;
+    static QList<ColumnType> tableColumnTypes(const QString &table);
+    static QStringList tableColumns(const QString &table);
+
 private:
     struct Placement
     {
@@ -56,6 +66,10 @@ private:
         qsizetype position = -1;
         bool operator==(const Placement &) const = default;
     };
+
+    // Every field of each record, in the order of its columns.
+    static const std::vector<EVStoreColumn<EVWidgetEntry>> &widgetEntryColumns();
+    static const std::vector<EVStoreColumn<EVCustomStyle>> &customStyleColumns();
 
     bool migrate(EVError *error);
     EVError sqlError(const QString &what, const QString &detail) const;

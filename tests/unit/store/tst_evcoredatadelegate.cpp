@@ -190,6 +190,28 @@ private Q_SLOTS:
         QCOMPARE(fileContents(storePath()), before);
     }
 
+    void everyColumnTheStoreUsesIsInTheFileWithItsType()
+    {
+        EVCoreDataDelegate store;
+        QVERIFY(store.managedObjectContext());
+        QSqlDatabase file =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("schema-check"));
+        file.setDatabaseName(storePath());
+        QVERIFY(file.open());
+        for (const QString &table :
+             {QStringLiteral("widget_entry"), QStringLiteral("custom_style")}) {
+            QList<EVStoreFile::ColumnType> inFile;
+            QSqlQuery info(file);
+            QVERIFY(info.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table)));
+            while (info.next())
+                inFile.append({info.value(1).toString(), info.value(2).toString()});
+            QCOMPARE(EVStoreFile::tableColumnTypes(table), inFile);
+        }
+        file.close();
+        file = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("schema-check"));
+    }
+
     void entriesComeBackOldestCreatedFirst()
     {
         const QDateTime base = QDateTime::fromSecsSinceEpoch(1800000000);
