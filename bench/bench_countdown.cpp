@@ -4,6 +4,8 @@
 //   build/bench/bench_countdown [widgets] [passes]
 
 #include "engine/EVCountdown.h"
+#include "engine/EVDateText.h"
+#include "engine/EVLocalCalendar.h"
 #include "store/EVWidgetEntry.h"
 
 #include <QCoreApplication>
@@ -55,7 +57,7 @@ double measure(const Entries &entries, int passes, Work work, qsizetype &sink)
             if (work != Work::DateText)
                 sink += EVCountdown::countdownLines(*entry, now).majorDesc.size();
             if (work != Work::Lines)
-                sink += EVCountdown::widgetDateText(*entry).size();
+                sink += EVDateText::widgetDateText(*entry).size();
         }
         now = now.addSecs(1);
     }
@@ -105,9 +107,9 @@ int main(int argc, char *argv[])
     for (const auto &[name, work] :
          {std::pair{"countdown lines", Work::Lines}, std::pair{"date text", Work::DateText},
           std::pair{"lines + date text", Work::Both}}) {
-        EVCountdown::setCachingEnabled(true);
+        EVLocalCalendar::setCachingEnabled(true);
         const double kept = measure(entries, passes, work, sink);
-        EVCountdown::setCachingEnabled(false);
+        EVLocalCalendar::setCachingEnabled(false);
         const double fresh = measure(entries, std::max(1, passes / 10), work, sink);
         std::printf("  %-36s %6.2f  %6.2f\n", name, kept, fresh);
     }
@@ -115,13 +117,13 @@ int main(int argc, char *argv[])
     std::printf("\ndate text by kind of format (with time)\n");
     for (const auto &[name, dateformat] :
          {std::pair{"ICU pattern, tag 3", 3}, std::pair{"strftime, tag 4", 4}}) {
-        EVCountdown::setCachingEnabled(true);
+        EVLocalCalendar::setCachingEnabled(true);
         const double kept = measureFormat(now, dateformat, passes, sink);
-        EVCountdown::setCachingEnabled(false);
+        EVLocalCalendar::setCachingEnabled(false);
         const double fresh = measureFormat(now, dateformat, std::max(1, passes / 10), sink);
         std::printf("  %-36s %6.2f  %6.2f\n", name, kept, fresh);
     }
-    EVCountdown::setCachingEnabled(true);
+    EVLocalCalendar::setCachingEnabled(true);
 
     std::printf("\ncountdown lines by unit (kept calendar)\n");
     static const char *const unitNames[] = {"time", "day", "week", "month", "year"};

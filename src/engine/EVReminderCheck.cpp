@@ -1,7 +1,7 @@
 #include "engine/EVReminderCheck.h"
 
 #include "core/EVClock.h"
-#include "engine/EVCountdown.h"
+#include "engine/EVDateText.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenter.h"
 #include "store/EVWidgetEntry.h"
@@ -41,5 +41,5 @@ void EVReminderCheck::check(EVWidgetEntry *entry) const
 
 QString EVReminderCheck::eventDate(const EVWidgetEntry *entry)
 {
-    return entry ? EVCountdown::reminderDateText(*entry) : QString();
+    return entry ? EVDateText::reminderDateText(*entry) : QString();
 }

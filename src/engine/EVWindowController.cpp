@@ -2,6 +2,7 @@
 
 #include "core/EVClock.h"
 #include "engine/EVCountdown.h"
+#include "engine/EVDateText.h"
 #include "engine/EVWidgetWindow.h"
 #include "platform/EVDesktopWindowHints.h"
 #include "platform/EVNotificationBus.h"
@@ -131,7 +132,7 @@ void EVWindowController::reloadViews()
 
 QString EVWindowController::eventDate() const
 {
-    return m_widgetData ? EVCountdown::widgetDateText(*m_widgetData) : QString();
+    return m_widgetData ? EVDateText::widgetDateText(*m_widgetData) : QString();
 }
 
 QMap<QString, QString> EVWindowController::countdownDesc() const

@@ -2,6 +2,8 @@
 
 #include "core/EVClock.h"
 #include "engine/EVCountdown.h"
+#include "engine/EVDateText.h"
+#include "engine/EVLocalCalendar.h"
 #include "store/EVWidgetEntry.h"
 
 #include <QRandomGenerator>
@@ -14,8 +16,8 @@
 #include <limits>
 
 using Lines = EVCountdown::Lines;
-using DateFormat = EVCountdown::DateFormat;
-using Kind = EVCountdown::DateFormatKind;
+using DateFormat = EVDateText::DateFormat;
+using Kind = EVDateText::DateFormatKind;
 
 char *toString(const Lines &lines)
 {
@@ -58,7 +60,7 @@ QString widgetText(const QDateTime &event, int dateformat, bool timeElement)
     entry.setEventDate(event);
     entry.setDateformat(dateformat);
     entry.setTimeElement(timeElement);
-    return EVCountdown::widgetDateText(entry);
+    return EVDateText::widgetDateText(entry);
 }
 
 QString reminderText(const QDateTime &event, int dateformat, bool timeElement)
@@ -67,7 +69,7 @@ QString reminderText(const QDateTime &event, int dateformat, bool timeElement)
     entry.setEventDate(event);
     entry.setDateformat(dateformat);
     entry.setTimeElement(timeElement);
-    return EVCountdown::reminderDateText(entry);
+    return EVDateText::reminderDateText(entry);
 }
 
 // A wall-clock time in the process's own time zone.
@@ -98,7 +100,7 @@ class TestEVCountdown : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { EVCountdown::setCachingEnabled(true); }
+    void cleanup() { EVLocalCalendar::setCachingEnabled(true); }
 
     // The environment the variants ask for must really be in effect, or they prove nothing.
     void timeLocaleFollowsTheEnvironment()
@@ -643,7 +645,7 @@ private Q_SLOTS:
         QFETCH(bool, timeElement);
         QFETCH(QString, format);
         QFETCH(bool, isStrftime);
-        QCOMPARE(EVCountdown::widgetDateFormat(tag, timeElement),
+        QCOMPARE(EVDateText::widgetDateFormat(tag, timeElement),
                  (DateFormat{format, isStrftime ? Kind::Strftime : Kind::UnicodePattern}));
     }
 
@@ -668,15 +670,15 @@ private Q_SLOTS:
         QFETCH(int, tag);
         QFETCH(QString, format);
         QFETCH(bool, isStrftime);
-        QCOMPARE(EVCountdown::reminderDateFormat(tag, false),
+        QCOMPARE(EVDateText::reminderDateFormat(tag, false),
                  (DateFormat{format, isStrftime ? Kind::Strftime : Kind::UnicodePattern}));
     }
 
     void reminderTableWithTimeMatchesTheWidgetTable()
     {
         for (int tag = -2; tag <= 10; ++tag)
-            QCOMPARE(EVCountdown::reminderDateFormat(tag, true),
-                     EVCountdown::widgetDateFormat(tag, true));
+            QCOMPARE(EVDateText::reminderDateFormat(tag, true),
+                     EVDateText::widgetDateFormat(tag, true));
     }
 
     // --- Date texts ---
@@ -731,7 +733,7 @@ private Q_SLOTS:
         QCOMPARE(widgetText(event, tag, timeElement), text);
         // The same again from the kept formatters, and from fresh ones.
         QCOMPARE(widgetText(event, tag, timeElement), text);
-        EVCountdown::setCachingEnabled(false);
+        EVLocalCalendar::setCachingEnabled(false);
         QCOMPARE(widgetText(event, tag, timeElement), text);
     }
 
@@ -792,7 +794,7 @@ private Q_SLOTS:
         entry.setTimeElement(true);
         for (int unit = 0; unit <= 4; ++unit) {
             entry.setCountdownUnit(unit);
-            QCOMPARE(EVCountdown::widgetDateText(entry), QStringLiteral("2024-03-05 14:05:09"));
+            QCOMPARE(EVDateText::widgetDateText(entry), QStringLiteral("2024-03-05 14:05:09"));
         }
     }
 
@@ -862,15 +864,15 @@ private Q_SLOTS:
                                       now.addSecs(500 * day + 7), local(2024, 2, 29, 23, 59, 59)};
         for (const QDateTime &event : events) {
             for (int unit = 0; unit <= 4; ++unit) {
-                EVCountdown::setCachingEnabled(true);
+                EVLocalCalendar::setCachingEnabled(true);
                 const Lines kept = linesFor(unit, now, event);
-                EVCountdown::setCachingEnabled(false);
+                EVLocalCalendar::setCachingEnabled(false);
                 QCOMPARE(linesFor(unit, now, event), kept);
             }
             for (int tag = 0; tag <= 5; ++tag) {
-                EVCountdown::setCachingEnabled(true);
+                EVLocalCalendar::setCachingEnabled(true);
                 const QString kept = widgetText(event, tag, true);
-                EVCountdown::setCachingEnabled(false);
+                EVLocalCalendar::setCachingEnabled(false);
                 QCOMPARE(widgetText(event, tag, true), kept);
             }
         }

@@ -4,6 +4,7 @@
 
 #include "core/EVClock.h"
 #include "engine/EVCountdown.h"
+#include "engine/EVDateText.h"
 #include "engine/EVWidgetWindow.h"
 #include "engine/EVWindowController.h"
 #include "render/EVTallyView.h"
@@ -130,13 +131,13 @@ private Q_SLOTS:
 
         const EVWidgetView *view = controller->widgetView();
         QCOMPARE(view->title(), QStringLiteral("Launch"));
-        QCOMPARE(view->date(), EVCountdown::widgetDateText(entry));
+        QCOMPARE(view->date(), EVDateText::widgetDateText(entry));
         QCOMPARE(view->majorCountdown(), QStringLiteral("30"));
         QCOMPARE(view->secondCountdown(), QStringLiteral("Days Left"));
         QCOMPARE(view->textColor(), QColor(10, 200, 30));
         QVERIFY(!view->icon().isNull());
         QCOMPARE(controller->countdownDesc().value(EVCountdownMajorDescKey), QStringLiteral("30"));
-        QCOMPARE(controller->eventDate(), EVCountdown::widgetDateText(entry));
+        QCOMPARE(controller->eventDate(), EVDateText::widgetDateText(entry));
     }
 
     void entryWithoutIconShowsNone()

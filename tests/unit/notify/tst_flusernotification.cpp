@@ -1,6 +1,7 @@
 #include "NotificationTools.h"
 #include "TestMain.h"
 
+#include "core/EVAppImage.h"
 #include "core/EVClock.h"
 #include "notify/FLBannerTextField.h"
 #include "notify/FLBannerWindow.h"
@@ -9,7 +10,6 @@
 #include "notify/FLViewAnimation.h"
 #include "notify/FLViewLayer.h"
 #include "notify/QoAnimationUtility.h"
-#include "core/EVAppImage.h"
 #include "render/NSImage+stretchable.h"
 
 #include <QLabel>

@@ -2,7 +2,7 @@
 #include "TestMain.h"
 
 #include "core/EVClock.h"
-#include "engine/EVCountdown.h"
+#include "engine/EVDateText.h"
 #include "engine/EVWidgetsManager.h"
 #include "notify/FLBannerTextField.h"
 #include "notify/FLBannerWindow.h"
@@ -192,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(delivered().size(), 1);
         QCOMPARE(delivered().first()->subtitle(), QStringLiteral("2024-03-01"));
         // The widget itself shows the month by name.
-        QCOMPARE(EVCountdown::widgetDateText(*entry), QStringLiteral("Mar 01, 2024"));
+        QCOMPARE(EVDateText::widgetDateText(*entry), QStringLiteral("Mar 01, 2024"));
         finishAnimations(m_center.get());
     }
 
