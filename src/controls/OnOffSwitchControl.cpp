@@ -13,6 +13,8 @@
 namespace {
 // Room above and below the label text inside the track.
 constexpr int labelPadding = 3;
+// Room between a label and the thumb at the natural size.
+constexpr double labelGap = 2.0;
 } // namespace
 
 OnOffSwitchControl::OnOffSwitchControl(QWidget *parent)
@@ -87,9 +89,9 @@ QSize OnOffSwitchControl::sizeHint() const
     const QFontMetricsF metrics(m_cell.labelFont());
     const double labelWidth = std::max(metrics.horizontalAdvance(m_cell.onSwitchLabel()),
                                        metrics.horizontalAdvance(m_cell.offSwitchLabel()));
-    // A label is centred a sixth of the width, less 3 points, beyond the thumb's edge; this is
-    // the width at which its near end just reaches the thumb.
-    const int width = int(std::ceil(3.0 * labelWidth + 18.0));
+    // A label is centred a sixth of the width, less 3 points, beyond the thumb's edge; at this
+    // width its near end keeps the gap from the thumb.
+    const int width = int(std::ceil(3.0 * (labelWidth + 2.0 * labelGap) + 18.0));
     const int height = int(std::ceil(metrics.height())) + 2 * labelPadding;
     return QSize(std::max(width, 2 * height), height);
 }

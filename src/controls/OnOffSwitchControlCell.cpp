@@ -32,6 +32,8 @@ constexpr double thumbShadowAlpha = 0.5;
 constexpr double thumbShadowBlurRadius = 3.0;
 // The keyboard focus ring reaches this far beyond the thumb.
 constexpr double focusRingWidth = 3.0;
+// Translucent, as desktop focus rings are, so that the track shows through.
+constexpr float focusRingAlpha = 0.75f;
 constexpr double disabledWashAlpha = 2.0 / 3.0;
 
 QPainterPath roundedRect(const QRectF &rect)
@@ -246,8 +248,9 @@ void OnOffSwitchControlCell::drawInteriorWithFrame(QPainter &painter, const QRec
     const bool showsFirstResponder = view && view->hasFocus();
     if (showsFirstResponder && m_focusRingType != FocusRingTypeNone) {
         // Drawn below the thumb: only the part beyond the thumb's edge shows.
-        painter.strokePath(thumbPath,
-                           QPen(view->palette().color(QPalette::Highlight), 2.0 * focusRingWidth));
+        QColor ringColor = view->palette().color(QPalette::Highlight);
+        ringColor.setAlphaF(focusRingAlpha);
+        painter.strokePath(thumbPath, QPen(ringColor, 2.0 * focusRingWidth));
     }
     painter.fillPath(thumbPath, Qt::white);
     painter.fillPath(thumbPath, topToBottom(thumb, white(1.0), white(thumbGradientBottom)));

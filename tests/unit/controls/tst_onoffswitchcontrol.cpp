@@ -1,5 +1,7 @@
 #include "TestMain.h"
 
+#include "SwitchForm.h"
+
 #include "controls/EVBeep.h"
 #include "controls/OnOffSwitchControl.h"
 #include "engine/EVClock.h"
@@ -31,49 +33,6 @@ public:
 private:
     std::shared_ptr<int> m_count = std::make_shared<int>(0);
 };
-
-// A small form holding one 60 by 20 switch, as an interface file places it.
-class SwitchForm
-{
-public:
-    SwitchForm()
-    {
-        window.resize(200, 60);
-        auto *created = new OnOffSwitchControl(&window);
-        created->setObjectName(QStringLiteral("lockSwitch"));
-        created->setGeometry(20, 20, 60, 20);
-        window.show();
-        // A drag is decided by where the switch last drew its thumb, so it must be on screen.
-        exposed = QTest::qWaitForWindowExposed(&window);
-    }
-
-    OnOffSwitchControl *control() const
-    {
-        return window.findChild<OnOffSwitchControl *>(QStringLiteral("lockSwitch"));
-    }
-
-    QWidget window;
-    bool exposed = false;
-};
-
-// Where the off thumb's centre lies, and a point on the track well right of it.
-const QPoint offThumbCentre(14, 10);
-const QPoint rightOfTheThumb(40, 10);
-
-void press(OnOffSwitchControl *control, QPoint at)
-{
-    QTest::mousePress(control, Qt::LeftButton, Qt::NoModifier, at);
-}
-
-void moveTo(OnOffSwitchControl *control, QPoint to)
-{
-    QTest::mouseMove(control, to);
-}
-
-void release(OnOffSwitchControl *control, QPoint at)
-{
-    QTest::mouseRelease(control, Qt::LeftButton, Qt::NoModifier, at);
-}
 
 // Pressed at one point, moved to another, held still for the pause, released there.
 void drag(OnOffSwitchControl *control, QPoint from, QPoint to, qint64 pauseMilliseconds)
