@@ -1,7 +1,10 @@
 #include "TestMain.h"
 
+#include "SwitchForm.h"
+
 #include "controls/OnOffSwitchControl.h"
 #include "controls/OnOffSwitchControlCell.h"
+#include "engine/EVClock.h"
 
 #include <QMouseEvent>
 
@@ -196,6 +199,46 @@ private Q_SLOTS:
                  unsigned(OnOffSwitchControlCell::CellHitNone));
         QCOMPARE(cell.hitTestForEvent(pressAt(control, QPointF(30, -1)), frameAtOrigin, &control),
                  unsigned(OnOffSwitchControlCell::CellHitNone));
+    }
+
+    void dragLeavesTheStateBeforeTheWantedOneForTheButtonToAdvance_data()
+    {
+        QTest::addColumn<bool>("allowsMixedState");
+        QTest::addColumn<int>("startState");
+        QTest::addColumn<int>("moveBy");
+        QTest::addColumn<int>("leftState");
+        // The wanted state in brackets.
+        QTest::newRow("(off) on") << false << int(OnOffSwitchControlCell::OffState) << 0
+                                  << int(OnOffSwitchControlCell::OnState);
+        QTest::newRow("(on) off") << false << int(OnOffSwitchControlCell::OffState) << 30
+                                  << int(OnOffSwitchControlCell::OffState);
+        QTest::newRow("(mixed) off") << true << int(OnOffSwitchControlCell::OffState) << 16
+                                     << int(OnOffSwitchControlCell::OffState);
+        QTest::newRow("(on) mixed") << true << int(OnOffSwitchControlCell::OffState) << 30
+                                    << int(OnOffSwitchControlCell::MixedState);
+        QTest::newRow("(off) on, from mixed") << true << int(OnOffSwitchControlCell::MixedState)
+                                              << -30 << int(OnOffSwitchControlCell::OnState);
+    }
+    void dragLeavesTheStateBeforeTheWantedOneForTheButtonToAdvance()
+    {
+        QFETCH(bool, allowsMixedState);
+        QFETCH(int, startState);
+        QFETCH(int, moveBy);
+        QFETCH(int, leftState);
+        PinnedClock clock(QDateTime(QDate(2024, 3, 1), QTime(12, 0), Qt::UTC));
+        SwitchForm form;
+        QVERIFY(form.exposed);
+        OnOffSwitchControl *control = form.control();
+        control->setAllowsMixedState(allowsMixedState);
+        control->setState(startState);
+        OnOffSwitchControlCell &cell = control->cell();
+        const QPointF start(30, 10);
+        QVERIFY(cell.startTrackingAt(start, control));
+        QVERIFY(cell.continueTracking(start + QPointF(moveBy, 0), control));
+        EVClock::advance(500);
+        cell.stopTracking(start + QPointF(moveBy, 0), control);
+        QVERIFY(!cell.isTracking());
+        QCOMPARE(cell.state(), leftState);
     }
 
     void cellInAViewThatIsNoControlIsNotTracked()
