@@ -1,8 +1,8 @@
 #include "notify/FLBannerWindow.h"
 
+#include "core/EVAppImage.h"
 #include "notify/FLBannerTextField.h"
 #include "platform/EVDesktopWindowHints.h"
-#include "core/EVAppImage.h"
 #include "render/EVFontFamily.h"
 #include "render/NSImage+stretchable.h"
 

@@ -105,6 +105,12 @@ void FLUserNotification::buttonClick(QObject *sender)
     m_delegate->userNotificationDidActivateType(this, m_activationType);
 }
 
+QPointF FLUserNotification::bannerOrigin(const QSizeF &size)
+{
+    const QRectF screen = EVMainScreen::frame();
+    return QPointF(screen.x() + screen.width() - size.width(), screen.y() + topMargin);
+}
+
 void FLUserNotification::moveInAnimation()
 {
     if (m_animating)
@@ -114,10 +120,9 @@ void FLUserNotification::moveInAnimation()
 
     const QRectF screen = EVMainScreen::frame();
     const QSizeF size = m_window->size();
-    const qreal x = screen.x() + screen.width() - size.width();
     // From just above the top edge of the screen, flush right, down to the top position.
-    const QRectF startFrame(QPointF(x, screen.y() - size.height()), size);
-    const QRectF endFrame(QPointF(x, screen.y() + topMargin), size);
+    const QRectF endFrame(bannerOrigin(size), size);
+    const QRectF startFrame(QPointF(endFrame.x(), screen.y() - size.height()), size);
     m_window->setGeometry(startFrame.toRect());
     m_window->setWindowOpacity(0.0);
     m_window->show();

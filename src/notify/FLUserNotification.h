@@ -101,6 +101,10 @@ public:
     // A click on one of the banner's buttons.
     void buttonClick(QObject *sender);
 
+    // Where a banner of that size lies when it has moved in: flush right, just under the top of
+    // the main screen.
+    static QPointF bannerOrigin(const QSizeF &size);
+
     // Swings the banner down about its bottom edge into the top right corner, fading it in.
     void moveInAnimation();
     // Slides the banner so that its top-left corner comes to point.

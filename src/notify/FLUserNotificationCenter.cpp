@@ -2,10 +2,8 @@
 
 #include "core/EVClock.h"
 #include "core/EVProcessObjects.h"
-#include "notify/FLBannerWindow.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenterDelegate.h"
-#include "platform/EVMainScreen.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -20,10 +18,6 @@ constexpr double bannerLifetime = 5.0;
 // Shorter repeat lengths do not repeat.
 constexpr double shortestRepeat = 60.0;
 constexpr double longestRepeatMSecs = 1.0e16;
-// Banners lie this far below the top of the screen, and overlap their neighbours by this much.
-constexpr double stackTop = 20.0;
-constexpr double stackOverlap = 10.0;
-
 // Seconds from now to the date; a missing date counts as now.
 double secondsFromNow(const QDateTime &date)
 {
@@ -52,18 +46,6 @@ double repeatLength(const FLDateComponents &interval)
     add(interval.minute, 60);
     add(interval.second, 1);
     return length;
-}
-
-// How far below the newest banner the banner at that place of the stack lies: full steps for
-// the first six, then 5 points more for the next two, and every further one where the eighth is.
-double stackOffset(qsizetype index, double bannerHeight)
-{
-    const double step = bannerHeight - stackOverlap;
-    if (index <= 5)
-        return double(index) * step;
-    if (index <= 7)
-        return 5 * step + 5 * double(index - 5);
-    return 5 * step + 15;
 }
 
 // Modal dialogs and menus run loops of their own, in which the check waits.
@@ -198,50 +180,7 @@ void FLUserNotificationCenter::presentedNotification(FLUserNotification *notific
 
 void FLUserNotificationCenter::sortVisibleNotifications()
 {
-    // Collected from the end of the list, so that of banners presented within the same
-    // millisecond the one delivered last still counts as the newest.
-    QList<FLUserNotification *> visible;
-    for (auto it = m_delivered.crbegin(); it != m_delivered.crend(); ++it) {
-        if ((*it)->isVisible())
-            visible.append(*it);
-    }
-    std::stable_sort(visible.begin(), visible.end(),
-                     [](const FLUserNotification *a, const FLUserNotification *b) {
-                         return a->actualDeliveryDate() > b->actualDeliveryDate();
-                     });
-    if (visible.isEmpty())
-        return;
-
-    const QRectF screen = EVMainScreen::frame();
-    const qsizetype count = visible.size();
-    for (qsizetype index = 0; index < count; ++index) {
-        FLUserNotification *notification = visible.at(index);
-        FLBannerWindow *window = notification->showWindow();
-        window->setLevel(FLBannerWindow::statusWindowLevel + int(count - index));
-        const double x = screen.x() + screen.width() - window->width();
-        const double y = screen.y() + stackTop + stackOffset(index, window->height());
-        notification->moveAnimation(QPointF(x, y));
-    }
-    raiseInLevelOrder(visible);
-}
-
-void FLUserNotificationCenter::raiseInLevelOrder(const QList<FLUserNotification *> &newestFirst)
-{
-    // The window system stacks the banners by their levels: from the bottom up, each is raised
-    // over the ones before. Those at the bottom that already lie in order stay where they are,
-    // so that a new banner costs one raise, not one for every banner on screen.
-    QList<QPointer<FLBannerWindow>> bottomUp;
-    for (auto it = newestFirst.crbegin(); it != newestFirst.crend(); ++it) {
-        if ((*it)->showWindow()->isVisible())
-            bottomUp.append((*it)->showWindow());
-    }
-    qsizetype inPlace = 0;
-    while (inPlace < bottomUp.size() && inPlace < m_raisedBottomUp.size() &&
-           bottomUp.at(inPlace) == m_raisedBottomUp.at(inPlace))
-        ++inPlace;
-    for (qsizetype index = inPlace; index < bottomUp.size(); ++index)
-        bottomUp.at(index)->raise();
-    m_raisedBottomUp = bottomUp;
+    m_stack.arrange(m_delivered);
 }
 
 void FLUserNotificationCenter::checkMethod()

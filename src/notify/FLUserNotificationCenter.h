@@ -1,13 +1,12 @@
 #pragma once
 
+#include "notify/FLBannerStack.h"
 #include "notify/FLUserNotificationDelegate.h"
 
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
 
-class FLBannerWindow;
 class FLUserNotification;
 class FLUserNotificationCenterDelegate;
 
@@ -89,13 +88,11 @@ private:
     bool takeDownExpiredBanners();
     bool presentDueScheduledNotification();
     bool presentDueRepeatingNotification();
-    void raiseInLevelOrder(const QList<FLUserNotification *> &newestFirst);
 
     FLUserNotificationCenterDelegate *m_delegate = nullptr;
     QList<FLUserNotification *> m_delivered;
     QList<FLUserNotification *> m_scheduled;
     QTimer m_timer;
-    // The banner windows as they were last stacked, from the bottom up.
-    QList<QPointer<FLBannerWindow>> m_raisedBottomUp;
+    FLBannerStack m_stack;
     qint64 m_centerType = FLUserNotificationCenterTypeAlert;
 };
