@@ -21,14 +21,6 @@
 
 namespace {
 
-// Without an X display the xcb platform cannot even start; on the offscreen one the tests can
-// say that they skip. Decided before main() makes the application.
-const bool platformChosen = [] {
-    if (!DesktopTools::hasDisplay())
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    return true;
-}();
-
 // Counts the pixels of the area darker than a text grey can be on the light panel.
 int darkPixels(const QImage &image, const QRect &area)
 {
@@ -81,8 +73,6 @@ class TestBannerDesktop : public QObject
 private Q_SLOTS:
     void reminderBannerShowsAtTheTopRightAndLeavesAfterFiveSeconds()
     {
-        if (!DesktopTools::hasDisplay())
-            QSKIP("No X display to test on");
         EVCoreDataDelegate store;
         EVWidgetsManager manager(&store);
         FLUserNotificationCenter center;
@@ -147,8 +137,6 @@ private Q_SLOTS:
 
     void alertBannersStackNewestOnTopAndAClickOnCloseClosesTheGap()
     {
-        if (!DesktopTools::hasDisplay())
-            QSKIP("No X display to test on");
         FLUserNotificationCenter center;
         QList<FLUserNotification *> oldestFirst;
         for (int i = 0; i < 3; ++i) {
@@ -198,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-TALLYVANE_TEST_MAIN(TestBannerDesktop)
+TALLYVANE_DESKTOP_TEST_MAIN(TestBannerDesktop)
 #include "tst_bannerdesktop.moc"

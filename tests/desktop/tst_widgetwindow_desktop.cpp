@@ -56,11 +56,6 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        if (!DesktopTools::hasDisplay())
-            QSKIP("needs an X display with a window manager (scripts/test provides one)");
-    }
     void init() { m_home = std::make_unique<TestHome>(); }
     void cleanup()
     {
@@ -197,5 +192,5 @@ private Q_SLOTS:
     }
 };
 
-TALLYVANE_TEST_MAIN(TestWidgetWindowDesktop)
+TALLYVANE_DESKTOP_TEST_MAIN(TestWidgetWindowDesktop)
 #include "tst_widgetwindow_desktop.moc"

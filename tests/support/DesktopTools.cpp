@@ -1,5 +1,6 @@
 #include "DesktopTools.h"
 
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -26,7 +27,13 @@ QString windowId(WId window)
 
 bool hasDisplay()
 {
-    return !qEnvironmentVariableIsEmpty("DISPLAY");
+    // A local display ":N" is there when its server's socket is; others are trusted as set.
+    const QString display = qEnvironmentVariable("DISPLAY");
+    static const QRegularExpression local(QStringLiteral("^:(\\d+)(\\.\\d+)?$"));
+    const QRegularExpressionMatch match = local.match(display);
+    if (match.hasMatch())
+        return QFileInfo::exists(QStringLiteral("/tmp/.X11-unix/X") + match.captured(1));
+    return !display.isEmpty();
 }
 
 QString windowProperty(WId window, const QString &property)

@@ -52,14 +52,16 @@ private Q_SLOTS:
         m_home.reset();
     }
 
-    void zeroFrameKeepsTheInterfaceFileSize()
+    void zeroFrameKeepsTheInterfaceFileSizeAndPlace()
     {
         EVWidgetEntry entry;
         entry.resetDefault();
-        entry.setWidgetFrameDesc(QStringLiteral("{{0.1, 0.1}, {0, 0.2}}"));
+        // Its place is well away from the interface file's, so that taking it would show.
+        entry.setWidgetFrameDesc(QStringLiteral("{{0.4, 0.3}, {0, 0.2}}"));
         auto controller = shownController(&entry);
         QVERIFY(controller);
         QCOMPARE(controller->window()->size(), QSize(300, 150));
+        QCOMPARE(controller->window()->pos(), QPoint(0, 0));
         QCOMPARE(controller->widgetView()->size(), QSize(300, 150));
     }
 

@@ -12,7 +12,9 @@
 #include "notify/QoAnimationUtility.h"
 #include "render/NSImage+stretchable.h"
 
+#include <QAbstractAnimation>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QVariantAnimation>
 
@@ -591,16 +593,38 @@ private Q_SLOTS:
         QCOMPARE(notification.showWindow()->windowOpacity(), 1.0);
     }
 
-    void deletingABannerWhileItAnimatesIsSafe()
+    void deletingABannerWhileItAnimatesTakesItsWindowAndAnimationsAlong()
     {
-        auto *notification = new FLUserNotification;
-        notification->moveInAnimation();
-        delete notification;
-        notification = new FLUserNotification;
-        moveInAndFinish(*notification);
-        notification->moveOutAnimation();
-        delete notification;
-        QTest::qWait(20);
+        BannerDelegateRecorder delegate;
+        auto *movingIn = new FLUserNotification;
+        movingIn->setDelegate(&delegate);
+        movingIn->moveInAnimation();
+        QVERIFY(movingIn->isAnimating());
+        QPointer<FLBannerWindow> window = movingIn->showWindow();
+        QList<QPointer<QAbstractAnimation>> animations;
+        for (QAbstractAnimation *animation : movingIn->findChildren<QAbstractAnimation *>())
+            animations.append(animation);
+        QVERIFY(!animations.isEmpty());
+
+        delete movingIn;
+
+        QVERIFY(window.isNull());
+        for (const QPointer<QAbstractAnimation> &animation : animations)
+            QVERIFY(animation.isNull());
+
+        auto *movingOut = new FLUserNotification;
+        movingOut->setDelegate(&delegate);
+        moveInAndFinish(*movingOut);
+        movingOut->moveOutAnimation();
+        QVERIFY(movingOut->isAnimating());
+        window = movingOut->showWindow();
+        delete movingOut;
+        QVERIFY(window.isNull());
+
+        // Past the time the animations would have ended: nothing is told of them.
+        QTest::qWait(FLUserNotification::animationDuration + 100);
+        QCOMPARE(delegate.questions, 0);
+        QVERIFY(delegate.activations.isEmpty());
     }
 
     void anchorPointMovesWithoutMovingTheLayer()

@@ -7,6 +7,7 @@
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenter.h"
 #include "notify/FLViewAnimation.h"
+#include "platform/EVMainScreen.h"
 
 #include <QDialog>
 #include <QMenu>
@@ -137,10 +138,22 @@ private Q_SLOTS:
         QVERIFY(first->isVisible() && second->isVisible());
         QVERIFY(!first->showWindow()->otherButton()->isHidden());
 
+        const QRect firstBefore = first->showWindow()->geometry();
+        const QRect secondBefore = second->showWindow()->geometry();
+
         center->setCenterType(FLUserNotificationCenterTypeBanner);
         QVERIFY(!first->isVisible() && !second->isVisible());
         QVERIFY(first->isAnimating() && second->isAnimating());
         finishAnimations(center.get());
+        // Both slid right, on their own rows, until half of each lay past the screen's edge.
+        const QRectF screen = EVMainScreen::frame();
+        for (const auto &[banner, before] :
+             {std::pair{first, firstBefore}, {second, secondBefore}}) {
+            const QRect after = banner->showWindow()->geometry();
+            QCOMPARE(after.size(), before.size());
+            QCOMPARE(after.y(), before.y());
+            QCOMPARE(double(after.x()), screen.x() + screen.width() - before.width() * 0.5);
+        }
         QVERIFY(!first->showWindow()->isVisible());
         QVERIFY(!second->showWindow()->isVisible());
 
