@@ -1,5 +1,7 @@
 #include "NotificationTools.h"
 
+#include <QTimeZone>
+
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenter.h"
 #include "notify/FLViewAnimation.h"
@@ -50,4 +52,23 @@ OffscreenWindowNotesFilter::~OffscreenWindowNotesFilter()
 {
     qInstallMessageHandler(m_previous);
     previousHandler = nullptr;
+}
+
+bool bannerSceneSetUp()
+{
+    return setOffscreenScreenSize(bannerSceneScreenSize.width(), bannerSceneScreenSize.height());
+}
+
+BannerScene::BannerScene()
+    : m_clock(QDateTime(QDate(2024, 3, 1), QTime(12, 0), QTimeZone::utc()))
+{}
+
+QList<FLUserNotification *> visibleNotifications(const FLUserNotificationCenter &center)
+{
+    QList<FLUserNotification *> visible;
+    for (FLUserNotification *notification : center.deliveredNotifications()) {
+        if (notification->isVisible())
+            visible.append(notification);
+    }
+    return visible;
 }

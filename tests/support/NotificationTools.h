@@ -1,9 +1,11 @@
 #pragma once
 
+#include "TestEnvironment.h"
 #include "notify/FLUserNotificationCenterDelegate.h"
 #include "notify/FLUserNotificationDelegate.h"
 
 #include <QList>
+#include <QSize>
 #include <QtMessageHandler>
 
 class FLUserNotification;
@@ -79,3 +81,22 @@ public:
 private:
     QtMessageHandler m_previous;
 };
+
+// The scene every banner test plays in: the clock pinned at noon on 1 March 2024 (UTC) and the
+// offscreen platform's window notes kept out of the log. The main screen is made
+// bannerSceneScreenSize once per test case (bannerSceneSetUp).
+inline constexpr QSize bannerSceneScreenSize(1280, 800);
+bool bannerSceneSetUp();
+
+class BannerScene
+{
+public:
+    BannerScene();
+
+private:
+    PinnedClock m_clock;
+    OffscreenWindowNotesFilter m_notes;
+};
+
+// The notifications the center knows whose banners are on screen, in delivery order.
+QList<FLUserNotification *> visibleNotifications(const FLUserNotificationCenter &center);

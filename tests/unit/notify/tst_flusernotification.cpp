@@ -23,8 +23,8 @@
 
 namespace {
 
-constexpr int screenWidth = 1280;
-constexpr int screenHeight = 800;
+constexpr int screenWidth = bannerSceneScreenSize.width();
+constexpr int screenHeight = bannerSceneScreenSize.height();
 constexpr qreal quarterTurn = qreal(1.5707964f);
 
 QString buttonTitleOrHidden(const QPushButton *button)
@@ -39,8 +39,7 @@ class TestFLUserNotification : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<PinnedClock> m_clock;
-    std::unique_ptr<OffscreenWindowNotesFilter> m_notes;
+    std::unique_ptr<BannerScene> m_scene;
 
     // A banner that has moved in and stands at the top right.
     static void moveInAndFinish(FLUserNotification &notification)
@@ -52,20 +51,9 @@ private:
     static QRect topRightFrame() { return QRect(screenWidth - 328, 20, 328, 100); }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(setOffscreenScreenSize(screenWidth, screenHeight)); }
-
-    void init()
-    {
-        m_clock = std::make_unique<PinnedClock>(
-            QDateTime(QDate(2024, 3, 1), QTime(12, 0), QTimeZone::utc()));
-        m_notes = std::make_unique<OffscreenWindowNotesFilter>();
-    }
-
-    void cleanup()
-    {
-        m_notes.reset();
-        m_clock.reset();
-    }
+    void initTestCase() { QVERIFY(bannerSceneSetUp()); }
+    void init() { m_scene = std::make_unique<BannerScene>(); }
+    void cleanup() { m_scene.reset(); }
 
     void newNotificationHasItsDefaultsAndAHiddenBanner()
     {

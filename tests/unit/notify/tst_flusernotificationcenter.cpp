@@ -18,24 +18,14 @@
 
 namespace {
 
-constexpr int screenWidth = 1280;
-constexpr int screenHeight = 800;
+constexpr int screenWidth = bannerSceneScreenSize.width();
+constexpr int screenHeight = bannerSceneScreenSize.height();
 
 FLUserNotification *notificationTitled(const QString &title)
 {
     auto *notification = new FLUserNotification;
     notification->setTitle(title);
     return notification;
-}
-
-QList<FLUserNotification *> visibleNotifications(const FLUserNotificationCenter &center)
-{
-    QList<FLUserNotification *> visible;
-    for (FLUserNotification *notification : center.deliveredNotifications()) {
-        if (notification->isVisible())
-            visible.append(notification);
-    }
-    return visible;
 }
 
 FLDateComponents repeatEvery(std::optional<qint64> FLDateComponents::*component, qint64 value)
@@ -52,8 +42,7 @@ class TestFLUserNotificationCenter : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<PinnedClock> m_clock;
-    std::unique_ptr<OffscreenWindowNotesFilter> m_notes;
+    std::unique_ptr<BannerScene> m_scene;
 
     // A center whose ticks come only when a test calls checkMethod().
     static std::unique_ptr<FLUserNotificationCenter> handDrivenCenter(qint64 type)
@@ -75,20 +64,9 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(setOffscreenScreenSize(screenWidth, screenHeight)); }
-
-    void init()
-    {
-        m_clock = std::make_unique<PinnedClock>(
-            QDateTime(QDate(2024, 3, 1), QTime(12, 0), QTimeZone::utc()));
-        m_notes = std::make_unique<OffscreenWindowNotesFilter>();
-    }
-
-    void cleanup()
-    {
-        m_notes.reset();
-        m_clock.reset();
-    }
+    void initTestCase() { QVERIFY(bannerSceneSetUp()); }
+    void init() { m_scene = std::make_unique<BannerScene>(); }
+    void cleanup() { m_scene.reset(); }
 
     void newCenterChecksNothingUntilStarted()
     {

@@ -17,17 +17,7 @@
 namespace {
 
 constexpr int widgetCount = 1000;
-constexpr int screenWidth = 1280;
-
-QList<FLUserNotification *> visibleNotifications(const FLUserNotificationCenter &center)
-{
-    QList<FLUserNotification *> visible;
-    for (FLUserNotification *notification : center.deliveredNotifications()) {
-        if (notification->isVisible())
-            visible.append(notification);
-    }
-    return visible;
-}
+constexpr int screenWidth = bannerSceneScreenSize.width();
 
 } // namespace
 
@@ -37,13 +27,12 @@ class TestReminderLoad : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(setOffscreenScreenSize(screenWidth, 800)); }
+    void initTestCase() { QVERIFY(bannerSceneSetUp()); }
 
     void thousandRemindersInOnePassFireOnceAndShowAsOneBanner()
     {
         TestHome home;
-        PinnedClock clock(QDateTime(QDate(2024, 3, 1), QTime(12, 0), QTimeZone::utc()));
-        OffscreenWindowNotesFilter notes;
+        BannerScene scene;
         EVCoreDataDelegate store;
         for (int i = 0; i < widgetCount; ++i) {
             EVWidgetEntry *entry = store.addWidgetEntry();
