@@ -77,7 +77,8 @@ private Q_SLOTS:
 
         tray.start();
         QTRY_VERIFY_WITH_TIMEOUT(!tray.isWaiting(), 5000);
-        QVERIFY(host.looks >= 1 + 200 / 20);
+        // Looked again, more than once (a busy machine may skip some ticks).
+        QVERIFY(host.looks >= 3);
         const int looks = host.looks;
         QTest::qWait(100);
         QCOMPARE(host.looks, looks);
@@ -94,7 +95,7 @@ private Q_SLOTS:
         ScriptedHost host;
         EVTrayHost tray(host.probe());
         tray.setRetryInterval(50ms);
-        tray.setRetryPeriod(1s);
+        tray.setRetryPeriod(3s);
 
         tray.start();
         QTest::qWait(500);
