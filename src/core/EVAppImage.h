@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QIcon>
 #include <QImage>
 #include <QString>
 
@@ -10,6 +11,9 @@ namespace EVAppImage {
 
 // The named picture at its natural size; a null image for an unknown name.
 QImage named(const QString &name);
+
+// The named picture as an icon; vector artwork is drawn afresh at every size asked for.
+QIcon icon(const QString &name);
 
 // The named picture as TIFF data, made once per process.
 QByteArray tiffDataNamed(const QString &name);

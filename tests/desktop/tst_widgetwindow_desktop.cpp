@@ -35,6 +35,7 @@ private:
         }
         m_store = std::make_unique<EVCoreDataDelegate>();
         m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
+        m_manager->start();
         m_manager->refreshAll();
         EVWindowController *controller =
             m_manager->widgetWindowController(m_manager->widgetEntries().value(0));
