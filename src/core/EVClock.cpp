@@ -30,8 +30,3 @@ void EVClock::unpin()
 {
     pinnedInstant() = QDateTime();
 }
-
-bool EVClock::isPinned()
-{
-    return pinnedInstant().isValid();
-}

@@ -11,5 +11,4 @@ public:
     static void pin(const QDateTime &instant);
     static void advance(qint64 milliseconds);
     static void unpin();
-    static bool isPinned();
 };

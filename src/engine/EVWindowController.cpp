@@ -1,6 +1,7 @@
 #include "engine/EVWindowController.h"
 
 #include "core/EVClock.h"
+#include "core/EVValues.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVDateText.h"
 #include "engine/EVWidgetWindow.h"
@@ -103,9 +104,7 @@ void EVWindowController::reloadViews()
 
     // Between day changes a widget counted in days shows the same thing every second: it is
     // then left alone instead of being painted again.
-    const auto same = [](const QString &a, const QString &b) {
-        return a.isNull() == b.isNull() && a == b;
-    };
+    const auto same = [](const QString &a, const QString &b) { return isIdentical(a, b); };
     const bool stillLayersUnchanged =
         same(view->title(), title) && same(view->date(), date) && view->textColor() == textColor &&
         view->icon().cacheKey() == icon.cacheKey() &&

@@ -1,5 +1,6 @@
 #include "notify/FLBannerTextField.h"
 
+#include "core/EVValues.h"
 #include "render/EVFontFamily.h"
 
 #include <QPainter>
@@ -20,7 +21,7 @@ FLBannerTextField::FLBannerTextField(int pixelSize, const QColor &textColor, QWi
 
 void FLBannerTextField::setText(const QString &text)
 {
-    if (m_text == text && m_text.isNull() == text.isNull())
+    if (isIdentical(m_text, text))
         return;
     m_text = text;
     update();

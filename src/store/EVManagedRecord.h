@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/EVValues.h"
+
 #include <QByteArray>
 #include <QString>
-
-class EVCoreDataDelegate;
 
 // What the store needs to know of every record: its row in the store file and whether it
 // changed since the store last wrote it. Setters mark the record changed.
@@ -33,7 +33,7 @@ protected:
     template <typename Field, typename Value>
     void assign(Field &field, const Value &value)
     {
-        if (identical(field, value))
+        if (isIdentical(field, value))
             return;
         field = value;
         markChanged();
@@ -43,20 +43,6 @@ protected:
     static QString newUuid();
 
 private:
-    template <typename T>
-    static bool identical(const T &a, const T &b)
-    {
-        return a == b;
-    }
-    static bool identical(const QString &a, const QString &b)
-    {
-        return a.isNull() == b.isNull() && a == b;
-    }
-    static bool identical(const QByteArray &a, const QByteArray &b)
-    {
-        return a.isNull() == b.isNull() && a == b;
-    }
-
     friend class EVObjectContext;
     friend class EVStoreFile;
 
