@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QVariant>
 
 class EVCoreDataDelegate;
 class EVCustomStyle;
@@ -28,6 +29,10 @@ public:
     explicit EVWidgetsManager(EVCoreDataDelegate *store, QObject *parent = nullptr);
     ~EVWidgetsManager() override;
 
+    // Brings the earlier generation's widgets over from the settings, once.
+    void setup();
+    // The earlier generation's widgets as decoded from the settings; none when absent.
+    QVariant transferOldData() const;
     // Stops the timer.
     void teardown();
     bool isRunning() const { return m_updateWidgetsTimer.isActive(); }
