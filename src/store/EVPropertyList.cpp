@@ -52,14 +52,16 @@ EVPropertyList::Object EVPropertyList::Object::date(double secondsSinceReference
 EVPropertyList::Object EVPropertyList::Object::data(const QByteArray &value)
 {
     Object object(Kind::Data);
-    object.m_payload = value;
+    // Data in a property list is never none, only empty.
+    object.m_payload = value.isNull() ? QByteArray("") : value;
     return object;
 }
 
 EVPropertyList::Object EVPropertyList::Object::string(const QString &value)
 {
     Object object(Kind::String);
-    object.m_payload = value;
+    // A string in a property list is never none, only empty.
+    object.m_payload = value.isNull() ? QStringLiteral("") : value;
     return object;
 }
 
