@@ -54,7 +54,6 @@ QByteArray EVKeyedArchiver::archivedDataWithRootObject(const QVariant &rootObjec
 
 void EVKeyedArchiver::encodeValue(const Object &value, const QString &key)
 {
-    // The value first: encoding it may append to the table, but never to these keyed values.
     const quint64 valueIndex = m_list.append(value);
     KeyedValues &keyed = m_keyedValues.last();
     keyed.keys.append(inlineString(key));
@@ -63,6 +62,7 @@ void EVKeyedArchiver::encodeValue(const Object &value, const QString &key)
 
 void EVKeyedArchiver::encodeObject(const QVariant &object, const QString &key)
 {
+    // Archiving the object opens and closes keyed values of its own; these are taken after.
     const quint64 uid = archivedObject(object);
     KeyedValues &keyed = m_keyedValues.last();
     keyed.keys.append(inlineString(key));
