@@ -16,31 +16,32 @@
 
 namespace {
 
-// Reads every part of a decoded value, so that whatever decoding made is touched in full.
-qsizetype visit(const QVariant &value)
+// Reads every part of a decoded value, so that whatever decoding made is touched in full. The
+// sum is unsigned so that it may wrap.
+quint64 visit(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QVariantList) {
-        qsizetype total = 0;
+        quint64 total = 0;
         for (const QVariant &member : value.toList())
             total += visit(member);
         return total;
     }
     if (value.typeId() == QMetaType::QVariantMap) {
-        qsizetype total = 0;
+        quint64 total = 0;
         const QVariantMap map = value.toMap();
         for (auto it = map.cbegin(); it != map.cend(); ++it)
-            total += it.key().size() + visit(it.value());
+            total += quint64(it.key().size()) + visit(it.value());
         return total;
     }
     if (value.typeId() == qMetaTypeId<EVWidgetConfig>()) {
         const EVWidgetConfig config = value.value<EVWidgetConfig>();
-        return config.description().size() + config.eventTitle().size() +
-               config.iconFile().size() + config.soundFile().size() +
-               qsizetype(config.style() + config.size() + config.dateFormat()) +
-               qsizetype(config.position().x() == config.position().x()) +
-               qsizetype(config.textColor().isValid());
+        return quint64(config.description().size()) + quint64(config.eventTitle().size()) +
+               quint64(config.iconFile().size()) + quint64(config.soundFile().size()) +
+               config.style() + config.size() + config.dateFormat() +
+               quint64(config.position().x() == config.position().x()) +
+               quint64(config.textColor().isValid());
     }
-    return value.toString().size();
+    return quint64(value.toString().size());
 }
 
 } // namespace
