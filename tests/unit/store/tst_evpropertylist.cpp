@@ -398,6 +398,18 @@ private Q_SLOTS:
         QVERIFY(!EVPropertyList::fromData(bytes));
     }
 
+    void xmlTruncatedAnywhereGivesNothing()
+    {
+        const QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">"
+                               "<dict><key>widgets</key><data>AAEC</data><key>n</key><array>"
+                               "<integer>1</integer><string>a</string><true/></array></dict>"
+                               "</plist>";
+        QVERIFY(EVPropertyList::fromData(xml));
+        for (qsizetype length = 0; length < xml.size(); ++length)
+            QVERIFY2(!EVPropertyList::fromData(xml.first(length)),
+                     qPrintable(QString::number(length)));
+    }
+
     void xmlNestingBeyondAnyRealListGivesNothing()
     {
         const int levels = 100000;
