@@ -1,8 +1,10 @@
 #include "engine/EVWidgetsManager.h"
 
 #include "core/EVProcessObjects.h"
+#include "engine/EVLegacyImport.h"
 #include "engine/EVWindowController.h"
 #include "platform/EVNotificationBus.h"
+#include "platform/EVUserDefaults.h"
 #include "render/EVTallyView.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"
@@ -49,6 +51,17 @@ void EVWidgetsManager::scheduleNextTick()
     // change together and in time with the system clock.
     const qint64 intoSecond = QDateTime::currentMSecsSinceEpoch() % 1000;
     m_updateWidgetsTimer.start(int(1000 - intoSecond) + 5);
+}
+
+void EVWidgetsManager::setup()
+{
+    EVUserDefaults defaults;
+    EVLegacyImport::setup(*this, defaults);
+}
+
+QVariant EVWidgetsManager::transferOldData() const
+{
+    return EVLegacyImport::transferOldData(EVUserDefaults());
 }
 
 void EVWidgetsManager::teardown()

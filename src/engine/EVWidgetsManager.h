@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QVariant>
 
 class EVCoreDataDelegate;
 class EVCustomStyle;
@@ -30,6 +31,10 @@ public:
 
     // Starts the one-second timer and runs the first pass at once.
     void start();
+    // Brings the earlier generation's widgets over from the settings, once.
+    void setup();
+    // The earlier generation's widgets as decoded from the settings; none when absent.
+    QVariant transferOldData() const;
     // Stops the timer and closes every widget window.
     void teardown();
     bool isRunning() const { return m_updateWidgetsTimer.isActive(); }

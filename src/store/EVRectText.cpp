@@ -52,4 +52,15 @@ QRectF toRect(const QString &text)
     return QRectF(numbers[0], numbers[1], numbers[2], numbers[3]);
 }
 
+QString fromPoint(const QPointF &point)
+{
+    return QStringLiteral("{%1, %2}").arg(numberText(point.x()), numberText(point.y()));
+}
+
+QPointF toPoint(const QString &text)
+{
+    // The point's two numbers are the first two that a rectangle's text starts with.
+    return toRect(text).topLeft();
+}
+
 } // namespace EVRectText

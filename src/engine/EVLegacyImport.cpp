@@ -1,0 +1,46 @@
+#include "engine/EVLegacyImport.h"
+
+#include "engine/EVWidgetsManager.h"
+#include "platform/EVUserDefaults.h"
+#include "store/EVKeyedUnarchiver.h"
+#include "store/EVWidgetConfig.h"
+#include "store/EVWidgetEntry.h"
+
+namespace {
+
+// Built-in styles are 0 to 11; anything else leaves a new widget on its default style.
+constexpr quint64 largestBuiltinStyle = 11;
+
+} // namespace
+
+QVariant EVLegacyImport::transferOldData(const QSettings &settings)
+{
+    const QByteArray archive = settings.value(EVLegacyWidgetsKey).toByteArray();
+    if (archive.isEmpty())
+        return QVariant();
+    return EVKeyedUnarchiver::unarchiveObjectWithData(archive);
+}
+
+void EVLegacyImport::setup(EVWidgetsManager &manager, QSettings &settings)
+{
+    if (settings.value(EVTransferOldDataKey).toBool())
+        return;
+    // Only a collection is iterated; members that are no configuration are passed over.
+    const QVariant old = transferOldData(settings);
+    const QVariantList configs =
+        old.typeId() == QMetaType::QVariantList ? old.toList() : QVariantList();
+    for (const QVariant &member : configs) {
+        if (member.typeId() != qMetaTypeId<EVWidgetConfig>())
+            continue;
+        const EVWidgetConfig config = member.value<EVWidgetConfig>();
+        EVWidgetEntry *entry = manager.addNewWidgetEntry();
+        if (!entry)
+            continue;
+        entry->setEventTitle(config.eventTitle());
+        entry->setEventDate(config.eventDate());
+        entry->setTimeElement(config.enabledTime());
+        if (config.style() <= largestBuiltinStyle)
+            entry->setStyleIndex(int(config.style()));
+    }
+    settings.setValue(EVTransferOldDataKey, true);
+}
