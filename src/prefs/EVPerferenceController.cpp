@@ -7,6 +7,7 @@
 #include "core/EVUserDefaults.h"
 #include "engine/EVWidgetsManager.h"
 #include "platform/EVNotificationBus.h"
+#include "prefs/EVGeneralTab.h"
 #include "prefs/EVPerferenceToolBarActionDelegate.h"
 #include "prefs/EVViewAnimator.h"
 #include "prefs/EVWidgetListDelegate.h"
@@ -23,7 +24,15 @@ EVPerferenceController::EVPerferenceController(EVWidgetsManager *widgetsManager,
     , m_widgetsManager(widgetsManager)
 {}
 
-EVPerferenceController::~EVPerferenceController() = default;
+EVPerferenceController::~EVPerferenceController()
+{
+    if (!m_window)
+        return;
+    // Taking the window down changes tabs and selections that nobody is to act on any more.
+    m_window->removeEventFilter(this);
+    disconnect(m_ui->configTabView, nullptr, this, nullptr);
+    disconnect(m_ui->widgetTableView->selectionModel(), nullptr, this, nullptr);
+}
 
 EVWidgetsManager *EVPerferenceController::widgetsManager() const
 {
@@ -54,6 +63,8 @@ void EVPerferenceController::windowDidLoad()
     setupWidgetList();
     setupToolbar();
     setupNotification();
+    m_general = std::make_unique<EVGeneralTab>(this);
+    m_general->setupGeneral();
     updateRightViewsState();
     updateToolbarViewState();
     if (EVUserDefaults::integerForKey(EVUserDefaults::appLaunchTimesKey) >= Rate::launchThreshold) {
@@ -154,7 +165,8 @@ void EVPerferenceController::tableViewSelectionDidChange()
 void EVPerferenceController::tabViewDidSelectTabViewItem(int index)
 {
     // Each tab shows the selected widget's values when it comes to the front.
-    Q_UNUSED(index);
+    if (index == 0)
+        m_general->updateGeneralViews();
 }
 
 void EVPerferenceController::selectWidgetItemWithUUID(const QString &uuid)

@@ -9,6 +9,7 @@
 namespace Ui {
 class PreferencesPanel;
 }
+class EVGeneralTab;
 class EVPerferenceToolBarActionDelegate;
 class EVWidgetEntry;
 class EVWidgetListModel;
@@ -55,6 +56,7 @@ public:
 
     EVWidgetsManager *widgetsManager() const;
     EVWidgetListModel *widgetListModel() const { return m_widgetList; }
+    EVGeneralTab *generalTab() const { return m_general.get(); }
     // The entry of the list's selected row; none without a selection.
     EVWidgetEntry *selectedWidgetEntry() const;
 
@@ -96,6 +98,7 @@ private:
     std::unique_ptr<Ui::PreferencesPanel> m_ui;
     std::unique_ptr<QWidget> m_window;
     EVWidgetListModel *m_widgetList = nullptr;
+    std::unique_ptr<EVGeneralTab> m_general;
     QTimer m_previewRefresh;
     // Set while a reload puts the selection back on the entry it was on.
     bool m_restoringSelection = false;

@@ -1,0 +1,110 @@
+// The preferences window on a real X desktop with a window manager, next to the widgets it
+// edits, driven with the pointer the way a person would.
+#include "DesktopTools.h"
+#include "NotificationRecorder.h"
+#include "TestMain.h"
+
+#include "engine/EVWidgetWindow.h"
+#include "engine/EVWidgetsManager.h"
+#include "engine/EVWindowController.h"
+#include "prefs/EVPerferenceController.h"
+#include "render/EVWidgetWindowSnapshot.h"
+#include "store/EVCoreDataDelegate.h"
+#include "store/EVWidgetEntry.h"
+
+#include <QAbstractItemModel>
+#include <QTableView>
+
+#include <memory>
+
+class TestPreferencesDesktop : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<TestHome> m_home;
+    std::unique_ptr<EVCoreDataDelegate> m_store;
+    std::unique_ptr<EVWidgetsManager> m_manager;
+    std::unique_ptr<EVPerferenceController> m_preferences;
+
+    // Three widgets saved by an earlier run, placed where the window does not cover them.
+    static void saveThreeWidgets()
+    {
+        EVCoreDataDelegate earlierRun;
+        const QStringList titles = {QStringLiteral("Product launch"), QStringLiteral("Holiday"),
+                                    QStringLiteral("Marathon")};
+        for (int i = 0; i < titles.size(); ++i) {
+            EVWidgetEntry *entry = earlierRun.addWidgetEntry();
+            entry->setEventTitle(titles.at(i));
+            entry->setStyleIndex(i * 4);
+            entry->setFrame(QRectF(940, 40 + i * 180, 300, 150));
+        }
+        earlierRun.save();
+    }
+
+    // Saves a picture of the screen for people to look at, when they asked for one.
+    static void screenshot(const QString &name)
+    {
+        const QString folder = qEnvironmentVariable("TALLYVANE_SCREENSHOT_DIR");
+        if (!folder.isEmpty())
+            QVERIFY(DesktopTools::screenshot(folder + QLatin1Char('/') + name + ".png"));
+    }
+
+    QTableView *table() const
+    {
+        return m_preferences->window()->findChild<QTableView *>(QStringLiteral("widgetTableView"));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (!DesktopTools::hasDisplay())
+            QSKIP("needs an X display with a window manager (scripts/test provides one)");
+    }
+    void init()
+    {
+        m_home = std::make_unique<TestHome>();
+        saveThreeWidgets();
+    }
+    void cleanup()
+    {
+        m_preferences.reset();
+        m_manager.reset();
+        m_store.reset();
+        m_home.reset();
+        QTest::qWait(300);
+    }
+
+    void previewsShowTheDrawnWidgets()
+    {
+        NotificationRecorder displayed(EVNotificationWidgetDidDisplayed);
+        m_store = std::make_unique<EVCoreDataDelegate>();
+        m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
+        m_manager->refreshAll();
+        m_preferences = std::make_unique<EVPerferenceController>(m_manager.get());
+        m_preferences->window()->move(40, 40);
+        m_preferences->showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(m_preferences->window()));
+        // The manager tells everyone once the new windows are on screen.
+        QTRY_COMPARE_WITH_TIMEOUT(displayed.count(), qsizetype(1), 3000);
+        m_preferences->selectWidgetItemWithUUID(m_manager->widgetEntries().at(1)->uuid());
+
+        QAbstractItemModel *model = table()->model();
+        QCOMPARE(model->rowCount(), 3);
+        for (int row = 0; row < 3; ++row) {
+            const EVWidgetEntry *entry = m_manager->widgetEntries().at(row);
+            EVWidgetWindow *window = m_manager->widgetWindowController(entry)->window();
+            QVERIFY(window->isVisible());
+            const QImage preview = model->index(row, 0).data(Qt::DecorationRole).value<QImage>();
+            QCOMPARE(preview.size(), window->size() * window->devicePixelRatio());
+            // The widget is drawn: its middle is covered by its background.
+            QCOMPARE(preview.pixelColor(preview.rect().center()).alpha(), 255);
+            QCOMPARE(preview, widgetWindowSnapshot(window));
+        }
+        QTest::qWait(500);
+        screenshot(QStringLiteral("preferences-three-widgets"));
+    }
+};
+
+TALLYVANE_TEST_MAIN(TestPreferencesDesktop)
+#include "tst_preferences_desktop.moc"
