@@ -4,6 +4,8 @@
 #include "NotificationRecorder.h"
 #include "TestMain.h"
 
+#include "controls/LUMDatePicker.h"
+#include "controls/LUMPopover.h"
 #include "engine/EVWidgetWindow.h"
 #include "engine/EVWidgetsManager.h"
 #include "engine/EVWindowController.h"
@@ -14,6 +16,7 @@
 
 #include <QAbstractItemModel>
 #include <QTableView>
+#include <QToolButton>
 
 #include <memory>
 
@@ -50,6 +53,32 @@ private:
             QVERIFY(DesktopTools::screenshot(folder + QLatin1Char('/') + name + ".png"));
     }
 
+    // The window with the three widgets, the second one selected, once the manager has shown
+    // the widgets.
+    bool showPreferences()
+    {
+        NotificationRecorder displayed(EVNotificationWidgetDidDisplayed);
+        m_store = std::make_unique<EVCoreDataDelegate>();
+        m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
+        m_manager->refreshAll();
+        m_preferences = std::make_unique<EVPerferenceController>(m_manager.get());
+        m_preferences->window()->move(40, 40);
+        m_preferences->showWindow();
+        if (!QTest::qWaitForWindowExposed(m_preferences->window()))
+            return false;
+        // The manager tells everyone once the new windows are on screen.
+        if (!QTest::qWaitFor([&displayed] { return displayed.count() == 1; }, 3000))
+            return false;
+        m_preferences->selectWidgetItemWithUUID(m_manager->widgetEntries().at(1)->uuid());
+        QTest::qWait(300);
+        return true;
+    }
+
+    static QPoint centreOnScreen(QWidget *widget)
+    {
+        return widget->mapToGlobal(widget->rect().center());
+    }
+
     QTableView *table() const
     {
         return m_preferences->window()->findChild<QTableView *>(QStringLiteral("widgetTableView"));
@@ -77,18 +106,7 @@ private Q_SLOTS:
 
     void previewsShowTheDrawnWidgets()
     {
-        NotificationRecorder displayed(EVNotificationWidgetDidDisplayed);
-        m_store = std::make_unique<EVCoreDataDelegate>();
-        m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
-        m_manager->refreshAll();
-        m_preferences = std::make_unique<EVPerferenceController>(m_manager.get());
-        m_preferences->window()->move(40, 40);
-        m_preferences->showWindow();
-        QVERIFY(QTest::qWaitForWindowExposed(m_preferences->window()));
-        // The manager tells everyone once the new windows are on screen.
-        QTRY_COMPARE_WITH_TIMEOUT(displayed.count(), qsizetype(1), 3000);
-        m_preferences->selectWidgetItemWithUUID(m_manager->widgetEntries().at(1)->uuid());
-
+        QVERIFY(showPreferences());
         QAbstractItemModel *model = table()->model();
         QCOMPARE(model->rowCount(), 3);
         for (int row = 0; row < 3; ++row) {
@@ -101,8 +119,46 @@ private Q_SLOTS:
             QCOMPARE(preview.pixelColor(preview.rect().center()).alpha(), 255);
             QCOMPARE(preview, widgetWindowSnapshot(window));
         }
-        QTest::qWait(500);
         screenshot(QStringLiteral("preferences-three-widgets"));
+    }
+
+    void calendarPopoverOpensBesideTheDateFieldAndClosesOnAClickOutside()
+    {
+        QVERIFY(showPreferences());
+        auto *field =
+            m_preferences->window()->findChild<LUMDatePicker *>(QStringLiteral("general_date"));
+        QVERIFY(field);
+        LUMPopover *popover = field->popover();
+        QVERIFY(DesktopTools::click(centreOnScreen(field->calendarButton()), 1));
+        QTRY_VERIFY(popover->isVisible());
+        QTest::qWait(300);
+        const QRect fieldOnScreen(field->mapToGlobal(QPoint(0, 0)), field->size());
+        const QRect shown = DesktopTools::windowGeometry(popover->winId());
+        QCOMPARE(shown.left(), fieldOnScreen.right() + 1);
+        QVERIFY(shown.top() <= fieldOnScreen.center().y());
+        QVERIFY(shown.bottom() >= fieldOnScreen.center().y());
+        screenshot(QStringLiteral("preferences-calendar-popover"));
+
+        // A click on the window's empty list area, outside the popover.
+        QWidget *list = table()->viewport();
+        QVERIFY(DesktopTools::click(
+            list->mapToGlobal(QPoint(list->width() / 2, list->height() - 10)), 1));
+        QTRY_VERIFY(!popover->isVisible());
+    }
+
+    void calendarButtonClickedAgainClosesThePopoverWithoutOpeningItAgain()
+    {
+        QVERIFY(showPreferences());
+        auto *field =
+            m_preferences->window()->findChild<LUMDatePicker *>(QStringLiteral("general_date"));
+        LUMPopover *popover = field->popover();
+        QVERIFY(DesktopTools::click(centreOnScreen(field->calendarButton()), 1));
+        QTRY_VERIFY(popover->isVisible());
+        QTest::qWait(300);
+        QVERIFY(DesktopTools::click(centreOnScreen(field->calendarButton()), 1));
+        QTRY_VERIFY(!popover->isVisible());
+        QTest::qWait(300);
+        QVERIFY(!popover->isVisible());
     }
 };
 
