@@ -7,6 +7,7 @@
 #include "core/EVUserDefaults.h"
 #include "engine/EVWidgetsManager.h"
 #include "platform/EVNotificationBus.h"
+#include "prefs/EVCustomStylePanel.h"
 #include "prefs/EVGeneralTab.h"
 #include "prefs/EVPerferenceToolBarActionDelegate.h"
 #include "prefs/EVViewAnimator.h"
@@ -65,6 +66,8 @@ void EVPerferenceController::windowDidLoad()
     setupNotification();
     m_general = std::make_unique<EVGeneralTab>(this);
     m_general->setupGeneral();
+    m_customStylePanel = std::make_unique<EVCustomStylePanel>(this);
+    m_customStylePanel->setup();
     updateRightViewsState();
     updateToolbarViewState();
     if (EVUserDefaults::integerForKey(EVUserDefaults::appLaunchTimesKey) >= Rate::launchThreshold) {

@@ -9,6 +9,7 @@
 namespace Ui {
 class PreferencesPanel;
 }
+class EVCustomStylePanel;
 class EVGeneralTab;
 class EVPerferenceToolBarActionDelegate;
 class EVWidgetEntry;
@@ -99,6 +100,7 @@ private:
     std::unique_ptr<QWidget> m_window;
     EVWidgetListModel *m_widgetList = nullptr;
     std::unique_ptr<EVGeneralTab> m_general;
+    std::unique_ptr<EVCustomStylePanel> m_customStylePanel;
     QTimer m_previewRefresh;
     // Set while a reload puts the selection back on the entry it was on.
     bool m_restoringSelection = false;
