@@ -58,7 +58,12 @@ void EVCustomStylePanel::onCustomStyle()
     }
     Ui::PreferencesPanel &ui = m_controller->ui();
     updateCustomStyleType(pictureRow);
-    ui.customStylePanel->open();
+    // A sheet belongs over the middle of its window.
+    QDialog *sheet = ui.customStylePanel;
+    sheet->adjustSize();
+    const QRect window = m_controller->window()->geometry();
+    sheet->move(window.center() - QPoint(sheet->width() / 2, sheet->height() / 2));
+    sheet->open();
     // Return confirms the sheet.
     ui.cs_done->setDefault(true);
 }

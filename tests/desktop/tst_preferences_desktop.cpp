@@ -15,8 +15,11 @@
 #include "store/EVWidgetEntry.h"
 
 #include <QAbstractItemModel>
+#include <QDialog>
+#include <QPushButton>
 #include <QTableView>
 #include <QToolButton>
+#include <QWindow>
 
 #include <memory>
 
@@ -159,6 +162,27 @@ private Q_SLOTS:
         QTRY_VERIFY(!popover->isVisible());
         QTest::qWait(300);
         QVERIFY(!popover->isVisible());
+    }
+
+    void customStyleSheetOpensOverThePreferencesWindow()
+    {
+        QVERIFY(showPreferences());
+        QWidget *window = m_preferences->window();
+        auto *add = window->findChild<QPushButton *>(QStringLiteral("general_addCustomStyle"));
+        QVERIFY(DesktopTools::click(centreOnScreen(add), 1));
+        auto *sheet = window->findChild<QDialog *>(QStringLiteral("customStylePanel"));
+        QTRY_VERIFY(sheet->isVisible());
+        QVERIFY(QTest::qWaitForWindowExposed(sheet));
+        QTest::qWait(300);
+        QCOMPARE(sheet->windowHandle()->transientParent(), window->windowHandle());
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        const QRect onScreen = DesktopTools::windowGeometry(sheet->winId());
+        const QRect windowOnScreen = DesktopTools::windowGeometry(window->winId());
+        QVERIFY(windowOnScreen.contains(onScreen));
+        QVERIFY(qAbs(onScreen.center().x() - windowOnScreen.center().x()) <= 2);
+        screenshot(QStringLiteral("preferences-custom-style-sheet"));
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        QTRY_VERIFY(!sheet->isVisible());
     }
 };
 
