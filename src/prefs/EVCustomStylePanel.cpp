@@ -64,8 +64,10 @@ void EVCustomStylePanel::onCustomStyle()
     const QRect window = m_controller->window()->geometry();
     sheet->move(window.center() - QPoint(sheet->width() / 2, sheet->height() / 2));
     sheet->open();
-    // Return confirms the sheet.
+    sheet->activateWindow();
+    // Return confirms the sheet; the keyboard starts at its first control.
     ui.cs_done->setDefault(true);
+    ui.cs_customTypePicture->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 void EVCustomStylePanel::updateCustomStyleType(int row)
