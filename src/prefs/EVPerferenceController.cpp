@@ -16,7 +16,7 @@
 #include "prefs/Rate.h"
 #include "store/EVWidgetEntry.h"
 
-#include <QCloseEvent>
+#include <QEvent>
 #include <QHeaderView>
 #include <QShortcut>
 
@@ -68,6 +68,7 @@ void EVPerferenceController::windowDidLoad()
     m_general->setupGeneral();
     m_customStylePanel = std::make_unique<EVCustomStylePanel>(this);
     m_customStylePanel->setup();
+    updateSelectionDependentControls();
     updateRightViewsState();
     updateToolbarViewState();
     if (EVUserDefaults::integerForKey(EVUserDefaults::appLaunchTimesKey) >= Rate::launchThreshold) {
@@ -110,7 +111,6 @@ void EVPerferenceController::setupWidgetList()
             &EVPerferenceController::onRemoveWidget);
     auto *remove = new QShortcut(QKeySequence::Delete, table, nullptr, nullptr, Qt::WidgetShortcut);
     connect(remove, &QShortcut::activated, this, &EVPerferenceController::onRemoveWidget);
-    m_ui->removeWidgetButton->setEnabled(false);
 
     // Widgets change every second: what the list shows of them is taken again as often,
     // while the window is on screen.
@@ -157,9 +157,18 @@ void EVPerferenceController::selectRow(int row)
     m_ui->widgetTableView->scrollTo(index);
 }
 
+void EVPerferenceController::updateSelectionDependentControls()
+{
+    // Without a selected widget there is nothing to remove, and nothing for the tabs to edit.
+    const bool selected = selectedRow() >= 0;
+    m_ui->removeWidgetButton->setEnabled(selected);
+    for (int tab = 0; tab < m_ui->configTabView->count(); ++tab)
+        m_ui->configTabView->widget(tab)->setEnabled(selected);
+}
+
 void EVPerferenceController::tableViewSelectionDidChange()
 {
-    m_ui->removeWidgetButton->setEnabled(selectedRow() >= 0);
+    updateSelectionDependentControls();
     if (m_restoringSelection)
         return;
     tabViewDidSelectTabViewItem(m_ui->configTabView->currentIndex());

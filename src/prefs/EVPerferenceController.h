@@ -88,6 +88,7 @@ private:
     void setupWidgetList();
     void setupToolbar();
     void reloadTableViewData();
+    void updateSelectionDependentControls();
     void tableViewSelectionDidChange();
     void tabViewDidSelectTabViewItem(int index);
     void windowWillClose();

@@ -239,6 +239,21 @@ private Q_SLOTS:
         QVERIFY(!preferences.find<QToolButton>("removeWidgetButton")->isEnabled());
     }
 
+    void tabsAndRemoveButtonWaitForASelectedWidget()
+    {
+        Preferences preferences({QStringLiteral("0"), QStringLiteral("1")});
+        preferences.controller.showWindow();
+        auto *tabs = preferences.find<QTabWidget>("configTabView");
+        auto *remove = preferences.find<QToolButton>("removeWidgetButton");
+        QVERIFY(!remove->isEnabled());
+        for (int tab = 0; tab < tabs->count(); ++tab)
+            QVERIFY(!tabs->widget(tab)->isEnabled());
+        preferences.clickRow(1);
+        QVERIFY(remove->isEnabled());
+        for (int tab = 0; tab < tabs->count(); ++tab)
+            QVERIFY(tabs->widget(tab)->isEnabled());
+    }
+
     void removingWithoutASelectionDoesNothing()
     {
         Preferences preferences({QStringLiteral("0"), QStringLiteral("1")});
