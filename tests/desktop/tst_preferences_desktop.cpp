@@ -16,7 +16,9 @@
 
 #include <QAbstractItemModel>
 #include <QDialog>
+#include <QGroupBox>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QToolButton>
 #include <QWindow>
@@ -60,6 +62,7 @@ private:
     // the widgets.
     bool showPreferences()
     {
+        saveThreeWidgets();
         NotificationRecorder displayed(EVNotificationWidgetDidDisplayed);
         m_store = std::make_unique<EVCoreDataDelegate>();
         m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
@@ -93,11 +96,7 @@ private Q_SLOTS:
         if (!DesktopTools::hasDisplay())
             QSKIP("needs an X display with a window manager (scripts/test provides one)");
     }
-    void init()
-    {
-        m_home = std::make_unique<TestHome>();
-        saveThreeWidgets();
-    }
+    void init() { m_home = std::make_unique<TestHome>(); }
     void cleanup()
     {
         m_preferences.reset();
@@ -162,6 +161,45 @@ private Q_SLOTS:
         QTRY_VERIFY(!popover->isVisible());
         QTest::qWait(300);
         QVERIFY(!popover->isVisible());
+    }
+
+    void firstUseShowsTheTipUntilAWidgetIsAdded()
+    {
+        m_store = std::make_unique<EVCoreDataDelegate>();
+        m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
+        m_preferences = std::make_unique<EVPerferenceController>(m_manager.get());
+        m_preferences->window()->move(40, 40);
+        m_preferences->showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(m_preferences->window()));
+        QWidget *window = m_preferences->window();
+        auto *tip = window->findChild<QGroupBox *>(QStringLiteral("firstRemindTip"));
+        auto *tabs = window->findChild<QTabWidget *>(QStringLiteral("configTabView"));
+        QVERIFY(tip->isVisible());
+        QVERIFY(!tabs->isVisible());
+        QTest::qWait(300);
+        screenshot(QStringLiteral("preferences-first-use"));
+        auto *add = window->findChild<QToolButton *>(QStringLiteral("addWidgetButton"));
+        QVERIFY(DesktopTools::click(centreOnScreen(add), 1));
+        QTRY_VERIFY(!tip->isVisible());
+        QVERIFY(tabs->isVisible());
+        QTRY_COMPARE(table()->model()->rowCount(), 1);
+        QVERIFY(m_manager->widgetWindowController(m_manager->widgetEntries().first())
+                    ->window()
+                    ->isVisible());
+    }
+
+    void advancedAndNoteTabsAreLaidOut()
+    {
+        QVERIFY(showPreferences());
+        auto *tabs =
+            m_preferences->window()->findChild<QTabWidget *>(QStringLiteral("configTabView"));
+        tabs->setCurrentIndex(1);
+        QTest::qWait(200);
+        screenshot(QStringLiteral("preferences-advanced-tab"));
+        tabs->setCurrentIndex(2);
+        QTest::qWait(200);
+        screenshot(QStringLiteral("preferences-note-tab"));
+        QCOMPARE(tabs->count(), 3);
     }
 
     void customStyleSheetOpensOverThePreferencesWindow()
