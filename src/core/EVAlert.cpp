@@ -20,7 +20,9 @@ int EVAlert::run() const
     if (const Responder &responder = installedResponder())
         return responder(*this);
 
-    QMessageBox box(icon, QString(), messageText);
+    QMessageBox box(icon, QString(), messageText, QMessageBox::NoButton, window);
+    if (window)
+        box.setWindowModality(Qt::WindowModal);
     box.setInformativeText(informativeText);
     QList<QAbstractButton *> added;
     for (qsizetype i = 0; i < buttons.size(); ++i) {

@@ -6,6 +6,8 @@
 
 #include <functional>
 
+class QWidget;
+
 // A modal alert with fixed texts. Every alert of the application goes through run(), so that
 // tests can see what would have been shown and answer it without a dialog.
 class EVAlert
@@ -16,6 +18,8 @@ public:
     QString informativeText;
     // The first button is the default one; run() answers with the index of the chosen button.
     QStringList buttons;
+    // When set, the alert is a sheet on that window: modal to it alone.
+    QWidget *window = nullptr;
 
     int run() const;
 

@@ -1,7 +1,7 @@
 #include "engine/EVLegacyImport.h"
 
 #include "engine/EVWidgetsManager.h"
-#include "platform/EVUserDefaults.h"
+#include "core/EVUserDefaults.h"
 #include "store/EVKeyedUnarchiver.h"
 #include "store/EVWidgetConfig.h"
 #include "store/EVWidgetEntry.h"

@@ -4,7 +4,7 @@
 #include "engine/EVLegacyImport.h"
 #include "engine/EVWindowController.h"
 #include "platform/EVNotificationBus.h"
-#include "platform/EVUserDefaults.h"
+#include "core/EVUserDefaults.h"
 #include "render/EVTallyView.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"

@@ -1,6 +1,6 @@
 #include "store/EVLegacyPreferencesFile.h"
 
-#include "platform/EVUserDefaults.h"
+#include "core/EVUserDefaults.h"
 #include "store/EVKeyedUnarchiver.h"
 #include "store/EVPropertyList.h"
 

@@ -17,14 +17,15 @@ AlertRecorder::~AlertRecorder()
     EVAlert::setResponder({});
 }
 
-MailRecorder::MailRecorder()
+UrlRecorder::UrlRecorder(const QString &scheme)
+    : m_scheme(scheme)
 {
-    QDesktopServices::setUrlHandler(QStringLiteral("mailto"), this, "openUrl");
+    QDesktopServices::setUrlHandler(m_scheme, this, "openUrl");
 }
 
-MailRecorder::~MailRecorder()
+UrlRecorder::~UrlRecorder()
 {
-    QDesktopServices::unsetUrlHandler(QStringLiteral("mailto"));
+    QDesktopServices::unsetUrlHandler(m_scheme);
 }
 
 TerminationRecorder::TerminationRecorder()

@@ -26,14 +26,14 @@ private:
     QList<int> m_answers;
 };
 
-// Receives the "mailto:" URLs the application asks the desktop to open.
-class MailRecorder : public QObject
+// Receives the URLs of one scheme that the application asks the desktop to open.
+class UrlRecorder : public QObject
 {
     Q_OBJECT
 
 public:
-    MailRecorder();
-    ~MailRecorder() override;
+    explicit UrlRecorder(const QString &scheme);
+    ~UrlRecorder() override;
 
     const QList<QUrl> &opened() const { return m_opened; }
 
@@ -41,7 +41,17 @@ public Q_SLOTS:
     void openUrl(const QUrl &url) { m_opened.append(url); }
 
 private:
+    QString m_scheme;
     QList<QUrl> m_opened;
+};
+
+// Receives the "mailto:" URLs the application asks the desktop to open.
+class MailRecorder : public UrlRecorder
+{
+public:
+    MailRecorder()
+        : UrlRecorder(QStringLiteral("mailto"))
+    {}
 };
 
 // Counts the application's termination requests instead of ending the process.

@@ -16,7 +16,10 @@ void dropOffscreenWindowNotes(QtMsgType type, const QMessageLogContext &context,
                               const QString &message)
 {
     if (message == QLatin1String("This plugin does not support raise()") ||
-        message == QLatin1String("This plugin does not support setting window opacity"))
+        message == QLatin1String("This plugin does not support setting window opacity") ||
+        message == QLatin1String("This plugin does not support setting window masks") ||
+        message == QLatin1String("This plugin does not support grabbing the keyboard") ||
+        message == QLatin1String("This plugin does not support propagateSizeHints()"))
         return;
     if (previousHandler)
         previousHandler(type, context, message);

@@ -68,8 +68,8 @@ void finishAnimations(FLUserNotification *notification);
 // The same for every notification the center knows.
 void finishAnimations(FLUserNotificationCenter *center);
 
-// The offscreen platform notes every window raise and opacity change it cannot show; this
-// keeps those notes out of the test log while it lives.
+// The offscreen platform notes every window raise, opacity change, mask, keyboard grab and size
+// hint it cannot pass on; this keeps those notes out of the test log while it lives.
 class OffscreenWindowNotesFilter
 {
 public:

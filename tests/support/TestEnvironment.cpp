@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QSettings>
+#include <QStandardPaths>
 #include <qpa/qplatformnativeinterface.h>
 
 namespace {
@@ -38,12 +40,22 @@ TestHome::TestHome()
         if (qstrcmp(name, "HOME") != 0)
             qunsetenv(name);
     }
+    followConfigLocation();
 }
 
 TestHome::~TestHome()
 {
     for (auto it = m_saved.cbegin(); it != m_saved.cend(); ++it)
         restore(it.key(), it.value());
+    followConfigLocation();
+}
+
+void TestHome::followConfigLocation()
+{
+    // QSettings looks its folder up once per process; it has to be told that HOME moved.
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, config);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, config);
 }
 
 QString TestHome::documentsPath() const

@@ -10,7 +10,7 @@
 
 // Points HOME at a fresh temporary folder and clears the XDG folder variables, so that
 // settings, the store and pictures of a test never touch the user's files. Restores the
-// previous environment when it goes.
+// previous environment when it goes; QSettings follows both moves.
 class TestHome
 {
 public:
@@ -25,6 +25,8 @@ public:
     QString applicationFilesPath() const;
 
 private:
+    static void followConfigLocation();
+
     QTemporaryDir m_dir;
     QHash<QByteArray, std::optional<QByteArray>> m_saved;
 };

@@ -2,7 +2,7 @@
 
 #include "engine/EVLegacyImport.h"
 #include "engine/EVWidgetsManager.h"
-#include "platform/EVUserDefaults.h"
+#include "core/EVUserDefaults.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVKeyedArchiver.h"
 #include "store/EVWidgetConfig.h"

@@ -1,7 +1,7 @@
 #include "TestMain.h"
 
 #include "engine/EVWidgetsManager.h"
-#include "platform/EVUserDefaults.h"
+#include "core/EVUserDefaults.h"
 #include "store/EVBinaryPropertyListWriter.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVKeyedArchiver.h"

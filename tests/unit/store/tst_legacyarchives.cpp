@@ -3,7 +3,7 @@
 #include "TestMain.h"
 
 #include "engine/EVWidgetsManager.h"
-#include "platform/EVUserDefaults.h"
+#include "core/EVUserDefaults.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVKeyedArchiver.h"
 #include "store/EVKeyedUnarchiver.h"
