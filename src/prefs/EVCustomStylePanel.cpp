@@ -26,8 +26,11 @@ void EVCustomStylePanel::setup()
     ui.cs_customType->setId(ui.cs_customTypeColor, colorRow);
     connect(ui.general_addCustomStyle, &QPushButton::clicked, this,
             &EVCustomStylePanel::onCustomStyle);
-    connect(ui.cs_customType, &QButtonGroup::idClicked, this,
-            &EVCustomStylePanel::onCustomStyleTypeChanged);
+    // Clicks and the arrow keys both change the type.
+    connect(ui.cs_customType, &QButtonGroup::idToggled, this, [this](int, bool checked) {
+        if (checked)
+            onCustomStyleTypeChanged();
+    });
     connect(ui.cs_opacitySlider, &EVDoubleSlider::doubleValueChanged, this,
             &EVCustomStylePanel::onCustomStyleOpacityChanged);
     connect(ui.cs_browseImage, &QPushButton::clicked, this,

@@ -9,6 +9,7 @@
 #include "prefs/ImageBrowserView.h"
 #include "store/EVCustomStyle.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QDialog>
 #include <QFile>
@@ -105,6 +106,19 @@ private Q_SLOTS:
         QTest::mouseClick(panel.control<QRadioButton>("cs_customTypePicture"), Qt::LeftButton);
         QVERIFY(panel.control<QLineEdit>("cs_imagePath")->isEnabled());
         QVERIFY(!panel.control<EVColorWell>("cs_color")->isEnabled());
+    }
+
+    void arrowKeysChangeTheTypeToo()
+    {
+        Panel panel;
+        panel.clickAdd();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), panel.sheet()->windowHandle());
+        auto *picture = panel.control<QRadioButton>("cs_customTypePicture");
+        QCOMPARE(QApplication::focusWidget(), picture);
+        QTest::keyClick(picture, Qt::Key_Down);
+        QCOMPARE(panel.control<QButtonGroup>("cs_customType")->checkedId(), 1);
+        QVERIFY(panel.control<EVColorWell>("cs_color")->isEnabled());
+        QVERIFY(!panel.control<QLineEdit>("cs_imagePath")->isEnabled());
     }
 
     void widgetWithFiveStylesCanGetASixth()
