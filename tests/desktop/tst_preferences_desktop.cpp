@@ -66,7 +66,7 @@ private:
         NotificationRecorder displayed(EVNotificationWidgetDidDisplayed);
         m_store = std::make_unique<EVCoreDataDelegate>();
         m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
-        m_manager->refreshAll();
+        m_manager->start();
         m_preferences = std::make_unique<EVPerferenceController>(m_manager.get());
         m_preferences->window()->move(40, 40);
         m_preferences->showWindow();
@@ -91,11 +91,6 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        if (!DesktopTools::hasDisplay())
-            QSKIP("needs an X display with a window manager (scripts/test provides one)");
-    }
     void init() { m_home = std::make_unique<TestHome>(); }
     void cleanup()
     {
@@ -167,6 +162,7 @@ private Q_SLOTS:
     {
         m_store = std::make_unique<EVCoreDataDelegate>();
         m_manager = std::make_unique<EVWidgetsManager>(m_store.get());
+        m_manager->start();
         m_preferences = std::make_unique<EVPerferenceController>(m_manager.get());
         m_preferences->window()->move(40, 40);
         m_preferences->showWindow();
@@ -224,5 +220,5 @@ private Q_SLOTS:
     }
 };
 
-TALLYVANE_TEST_MAIN(TestPreferencesDesktop)
+TALLYVANE_DESKTOP_TEST_MAIN(TestPreferencesDesktop)
 #include "tst_preferences_desktop.moc"
