@@ -1,5 +1,6 @@
 #include "core/EVAlert.h"
 
+#include <QCheckBox>
 #include <QPushButton>
 
 namespace {
@@ -24,6 +25,20 @@ int EVAlert::run() const
     if (window)
         box.setWindowModality(Qt::WindowModal);
     box.setInformativeText(informativeText);
+    if (!checkBox.title.isEmpty()) {
+        auto *check = new QCheckBox(checkBox.title, &box);
+        check->setObjectName(QStringLiteral("alertCheckBox"));
+        check->setChecked(checkBox.checked);
+        if (checkBox.bold) {
+            QFont font = check->font();
+            font.setBold(true);
+            font.setPixelSize(12);
+            check->setFont(font);
+        }
+        if (checkBox.toggled)
+            QObject::connect(check, &QCheckBox::toggled, check, checkBox.toggled);
+        box.setCheckBox(check);
+    }
     QList<QAbstractButton *> added;
     for (qsizetype i = 0; i < buttons.size(); ++i) {
         // Buttons after the first one dismiss the alert, as "Cancel" does.

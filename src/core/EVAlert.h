@@ -21,6 +21,17 @@ public:
     // When set, the alert is a sheet on that window: modal to it alone.
     QWidget *window = nullptr;
 
+    // A check box under the texts when it has a title, in the bold system font when asked; a
+    // click on it calls checkBoxToggled at once, while the alert is still up.
+    struct CheckBox
+    {
+        QString title;
+        bool bold = false;
+        bool checked = false;
+        std::function<void(bool checked)> toggled;
+    };
+    CheckBox checkBox;
+
     int run() const;
 
     using Responder = std::function<int(const EVAlert &)>;

@@ -42,6 +42,11 @@ QIcon icon(const QString &name)
     return QIcon(resourcePath(name));
 }
 
+QIcon applicationIcon()
+{
+    return QIcon(QStringLiteral(":/icons/com.velto.tallyvane.svg"));
+}
+
 QByteArray tiffDataNamed(const QString &name)
 {
     static QHash<QString, QByteArray> cache;

@@ -15,6 +15,9 @@ QImage named(const QString &name);
 // The named picture as an icon; vector artwork is drawn afresh at every size asked for.
 QIcon icon(const QString &name);
 
+// The application's own icon, drawn afresh at every size.
+QIcon applicationIcon();
+
 // The named picture as TIFF data, made once per process.
 QByteArray tiffDataNamed(const QString &name);
 

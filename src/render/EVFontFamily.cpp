@@ -5,15 +5,11 @@
 
 namespace {
 
-QString systemSansFamily()
+// The system font is often an alias ("Sans Serif"); QFontInfo names the family it resolves to.
+QString resolvedSystemFamily(QFontDatabase::SystemFont font, const QString &fallback)
 {
-    // The system font is often an alias ("Sans Serif"); QFontInfo names the family it resolves to.
-    static const QString family = [] {
-        const QString resolved =
-            QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).family();
-        return QFontDatabase::hasFamily(resolved) ? resolved : QStringLiteral("DejaVu Sans");
-    }();
-    return family;
+    const QString resolved = QFontInfo(QFontDatabase::systemFont(font)).family();
+    return QFontDatabase::hasFamily(resolved) ? resolved : fallback;
 }
 
 } // namespace
@@ -22,8 +18,16 @@ namespace EVFontFamily {
 
 QString forName(const QString &fontName)
 {
-    if (fontName == QLatin1String("LucidaGrande"))
-        return systemSansFamily();
+    if (fontName == QLatin1String("LucidaGrande")) {
+        static const QString sans =
+            resolvedSystemFamily(QFontDatabase::GeneralFont, QStringLiteral("DejaVu Sans"));
+        return sans;
+    }
+    if (fontName == QLatin1String("Menlo")) {
+        static const QString monospace =
+            resolvedSystemFamily(QFontDatabase::FixedFont, QStringLiteral("DejaVu Sans Mono"));
+        return monospace;
+    }
     if (fontName.isEmpty() || !QFontDatabase::hasFamily(fontName))
         return QString();
     return fontName;

@@ -1,0 +1,130 @@
+// The composition root: the command line first, then the application object, then the shell
+// and the process-wide objects it uses, all ended in order before the application object goes.
+#include "app/AppController.h"
+#include "app/AppDelegate.h"
+#include "app/EVCommandLine.h"
+#include "app/EVSnapshot.h"
+#include "core/EVAppImage.h"
+#include "core/EVAppInfo.h"
+#include "core/EVProcessObjects.h"
+#include "platform/EVDisplayServer.h"
+#include "platform/EVSingleInstance.h"
+#include "platform/EVTerminationSignals.h"
+#include "store/EVLegacyPreferencesFile.h"
+
+#include <QApplication>
+#include <QJsonObject>
+#include <QLoggingCategory>
+
+#include <cstdio>
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcMain, "tallyvane.main")
+
+void print(FILE *stream, const QString &text)
+{
+    std::fputs(qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')),
+               stream);
+}
+
+int runApplication()
+{
+    EVSingleInstance instance(QStringLiteral("tallyvane"));
+    switch (instance.claim()) {
+    case EVSingleInstance::Claim::AnotherInstanceRuns: {
+        // The user looks for the running one: it brings its preferences window forward.
+        const EVSingleInstance::Answer answer =
+            instance.sendRequest({{QStringLiteral("command"), QStringLiteral("activate")}},
+                                 EVSingleInstance::ReplyWanted::Yes);
+        if (!answer.delivered) {
+            print(stderr, QStringLiteral("Tallyvane is running but does not answer: %1")
+                              .arg(answer.errorString));
+            return EVCommandLine::badInputExitCode;
+        }
+        return EVCommandLine::doneExitCode;
+    }
+    case EVSingleInstance::Claim::Failed:
+        // Better a second instance than none: the widgets are what the user wants to see.
+        qCWarning(lcMain).noquote()
+            << QStringLiteral("Running without the single-instance guard: %1")
+                   .arg(instance.errorString());
+        break;
+    case EVSingleInstance::Claim::Primary:
+        break;
+    }
+
+    EVTerminationSignals terminationSignals;
+    if (!terminationSignals.install())
+        qCWarning(lcMain) << "SIGTERM, SIGINT and SIGHUP will end Tallyvane without saving";
+    AppController appController;
+    AppDelegate appDelegate(&appController);
+    appDelegate.applicationDidFinishLaunching(&terminationSignals, &instance);
+    const int status = QApplication::exec();
+    // The end saved everything; windows go before the application object does.
+    appDelegate.applicationWillTerminate();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const EVCommandLine commandLine(arguments);
+    switch (commandLine.action()) {
+    case EVCommandLine::Action::Help:
+        print(stdout, commandLine.helpText());
+        return EVCommandLine::doneExitCode;
+    case EVCommandLine::Action::Version:
+        print(stdout, EVCommandLine::versionText());
+        return EVCommandLine::doneExitCode;
+    case EVCommandLine::Action::UsageError:
+        print(stderr, commandLine.errorText());
+        print(stderr, commandLine.helpText());
+        return EVCommandLine::usageExitCode;
+    default:
+        break;
+    }
+
+    if (commandLine.needsDisplay())
+        EVDisplayServer::choosePlatform();
+    else if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    int status = EVCommandLine::doneExitCode;
+    {
+        QApplication application(argc, argv);
+        QApplication::setApplicationName(EVAppInfo::name());
+        QApplication::setOrganizationName(QStringLiteral("velto"));
+        QApplication::setApplicationVersion(EVAppInfo::version());
+        QApplication::setDesktopFileName(QStringLiteral("com.velto.tallyvane"));
+        QApplication::setWindowIcon(EVAppImage::applicationIcon());
+        // Widgets live on the desktop; closing the preferences window does not end them.
+        QApplication::setQuitOnLastWindowClosed(false);
+
+        QString message;
+        switch (commandLine.action()) {
+        case EVCommandLine::Action::Snapshot:
+            status = EVSnapshot::write(commandLine.file(), &message)
+                         ? EVCommandLine::doneExitCode
+                         : EVCommandLine::badInputExitCode;
+            print(status == 0 ? stdout : stderr, message);
+            break;
+        case EVCommandLine::Action::ImportLegacy:
+            status = EVLegacyPreferencesFile::importIntoSettings(commandLine.file(), &message) ==
+                             EVLegacyPreferencesFile::Result::Imported
+                         ? EVCommandLine::doneExitCode
+                         : EVCommandLine::badInputExitCode;
+            print(status == 0 ? stdout : stderr, message);
+            break;
+        default:
+            status = runApplication();
+            break;
+        }
+        EVProcessObjects::teardown();
+    }
+    return status;
+}
