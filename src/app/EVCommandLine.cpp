@@ -27,9 +27,12 @@ EVCommandLine::EVCommandLine(const QStringList &arguments)
                        "brings them over, and exit."),
         QStringLiteral("FILE"));
     parser.addOptions({help, version, snapshot, importLegacy});
-    // Parsed before the application object exists, the parser cannot know the program's name.
-    m_helpText =
-        parser.helpText().replace(QStringLiteral("<executable_name>"), QStringLiteral("tallyvane"));
+    // The parser names the program after the running file, or not at all before the application
+    // object exists; the help always names the command.
+    m_helpText = parser.helpText();
+    const qsizetype usageEnd = m_helpText.indexOf(QLatin1String(" [options]"));
+    if (m_helpText.startsWith(QLatin1String("Usage: ")) && usageEnd > 0)
+        m_helpText.replace(0, usageEnd, QStringLiteral("Usage: tallyvane"));
 
     if (!parser.parse(arguments)) {
         m_action = Action::UsageError;
