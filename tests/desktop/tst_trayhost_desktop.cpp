@@ -1,5 +1,6 @@
 #include "DesktopTools.h"
 #include "LogRecorder.h"
+#include "PixelTools.h"
 #include "TestMain.h"
 
 #include "platform/EVTrayHost.h"
@@ -42,19 +43,6 @@ public:
 private:
     QProcess m_trayer;
 };
-
-// The share of pixels that stand out from the panel by at least half the grey scale.
-double contrastingShare(const QImage &image, const QColor &panel)
-{
-    int standing = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qAbs(qGray(image.pixel(x, y)) - qGray(panel.rgb())) >= 128)
-                ++standing;
-        }
-    }
-    return double(standing) / (image.width() * image.height());
-}
 
 } // namespace
 

@@ -1,8 +1,8 @@
 #include "TestMain.h"
 
+#include "core/EVUserDefaults.h"
 #include "engine/EVLegacyImport.h"
 #include "engine/EVWidgetsManager.h"
-#include "core/EVUserDefaults.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVKeyedArchiver.h"
 #include "store/EVWidgetConfig.h"
@@ -63,17 +63,8 @@ private:
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<TestHome>();
-        // Settings keep their file for the whole process; every test starts them empty.
-        EVUserDefaults().clear();
-    }
-    void cleanup()
-    {
-        EVUserDefaults().clear();
-        m_home.reset();
-    }
+    void init() { m_home = std::make_unique<TestHome>(); }
+    void cleanup() { m_home.reset(); }
 
     void settingsAreTheApplicationsOwnNativeFile()
     {

@@ -1,7 +1,7 @@
 #include "TestMain.h"
 
-#include "engine/EVWidgetsManager.h"
 #include "core/EVUserDefaults.h"
+#include "engine/EVWidgetsManager.h"
 #include "store/EVBinaryPropertyListWriter.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVKeyedArchiver.h"
@@ -68,16 +68,8 @@ private:
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<TestHome>();
-        EVUserDefaults().clear();
-    }
-    void cleanup()
-    {
-        EVUserDefaults().clear();
-        m_home.reset();
-    }
+    void init() { m_home = std::make_unique<TestHome>(); }
+    void cleanup() { m_home.reset(); }
 
     void binaryFileBringsItsArchiveIntoTheSettings()
     {

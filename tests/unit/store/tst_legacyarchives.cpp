@@ -2,8 +2,8 @@
 // keyed archiver does, and reads what our archiver writes.
 #include "TestMain.h"
 
-#include "engine/EVWidgetsManager.h"
 #include "core/EVUserDefaults.h"
+#include "engine/EVWidgetsManager.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVKeyedArchiver.h"
 #include "store/EVKeyedUnarchiver.h"
@@ -74,15 +74,10 @@ private Q_SLOTS:
     void init()
     {
         m_home = std::make_unique<TestHome>();
-        EVUserDefaults().clear();
         QVERIFY(setOffscreenScreenSize(1440, 900));
     }
 
-    void cleanup()
-    {
-        EVUserDefaults().clear();
-        m_home.reset();
-    }
+    void cleanup() { m_home.reset(); }
 
     void archiveDecodesFieldByField_data()
     {

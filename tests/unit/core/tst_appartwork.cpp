@@ -1,3 +1,4 @@
+#include "PixelTools.h"
 #include "TestMain.h"
 
 #include "core/EVAppImage.h"
@@ -17,19 +18,6 @@ QImage onPanel(const QIcon &icon, int size, const QColor &panel)
     QPainter painter(&image);
     icon.paint(&painter, QRect(0, 0, size, size));
     return image;
-}
-
-// The share of pixels that stand out from the panel by at least half the grey scale.
-double contrastingShare(const QImage &image, const QColor &panel)
-{
-    int standing = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qAbs(qGray(image.pixel(x, y)) - qGray(panel.rgb())) >= 128)
-                ++standing;
-        }
-    }
-    return double(standing) / (image.width() * image.height());
 }
 
 } // namespace
