@@ -528,12 +528,13 @@ QByteArray EVCalendarFile::exportEntries(const QList<EVWidgetEntry *> &entries,
 EVImportReport EVCalendarFile::importInto(EVCoreDataDelegate *store, const QString &fileName,
                                           const QByteArray &content)
 {
-    const EVCalendarLines lines(content);
+    const QByteArray calendarText = EVImportReport::withoutByteOrderMark(content);
+    const EVCalendarLines lines(calendarText);
     if (!lines.error().isNull())
         return EVImportReport::failure(fileName, lines.errorLine(), lines.error());
 
     keepLibraryErrorsNonFatal();
-    const Component root(icalparser_parse_string(content.constData()));
+    const Component root(icalparser_parse_string(calendarText.constData()));
     const QList<icalcomponent *> events = root ? eventsOf(root.get()) : QList<icalcomponent *>();
     if (!root || events.size() != lines.events().size())
         return EVImportReport::failure(fileName, 0, QStringLiteral("the calendar cannot be read"));

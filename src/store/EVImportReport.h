@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -25,6 +26,11 @@ struct EVImportReport
         if (line > 0)
             return QStringLiteral("%1:%2: %3").arg(fileName).arg(line).arg(text);
         return QStringLiteral("%1: %2").arg(fileName, text);
+    }
+    // Files made on Windows may begin with a byte order mark, which is no part of their text.
+    static QByteArray withoutByteOrderMark(const QByteArray &content)
+    {
+        return content.startsWith("\xEF\xBB\xBF") ? content.mid(3) : content;
     }
     static EVImportReport failure(const QString &fileName, int line, const QString &text)
     {

@@ -548,7 +548,8 @@ EVImportReport EVWidgetBackup::importInto(EVCoreDataDelegate *store, const QStri
 {
     std::vector<EVBackupReader::StagedWidget> widgets;
     QString error;
-    if (!EVBackupReader(fileName, content).read(&widgets, &error)) {
+    const QByteArray text = EVImportReport::withoutByteOrderMark(content);
+    if (!EVBackupReader(fileName, text).read(&widgets, &error)) {
         EVImportReport report;
         report.error = error;
         return report;
