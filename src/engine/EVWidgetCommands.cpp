@@ -93,9 +93,10 @@ std::optional<ParsedDate> parseDate(const QString &text, QString *why)
         *why = QStringLiteral("The date \"%1\" does not exist").arg(text);
         return std::nullopt;
     }
-    const QDateTime instant(date, time);
-    // A time that the change to summer time skips is moved by Qt; say so instead.
-    if (withTime && (instant.date() != date || instant.time() != time)) {
+    // A day whose midnight summer time skips starts when its first hour does.
+    const QDateTime instant = withTime ? QDateTime(date, time) : date.startOfDay();
+    // A time that the change to summer time skips: said so, rather than moved or dropped.
+    if (withTime && (!instant.isValid() || instant.date() != date || instant.time() != time)) {
         *why = QStringLiteral("The time \"%1\" does not exist in the local time zone").arg(text);
         return std::nullopt;
     }
@@ -108,7 +109,7 @@ int firstLineThatIsNotUtf8(const QByteArray &content)
     const QList<QByteArray> lines = content.split('\n');
     for (qsizetype i = 0; i < lines.size(); ++i) {
         QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        decoder(lines.at(i));
+        const QString decoded = decoder.decode(lines.at(i));
         if (decoder.hasError())
             return int(i) + 1;
     }

@@ -111,14 +111,26 @@ std::optional<TimeFrame> frameOf(icalcomponent *event, icalproperty *property,
     return frame;
 }
 
+// A wall-clock time in a zone (local time for none). One that the change to summer time skips
+// is read with the offset before the change, as calendar programs read it.
+QDateTime wallClock(const QDate &date, const QTime &time, const QTimeZone &zone)
+{
+    const QDateTime exact = zone.isValid() ? QDateTime(date, time, zone) : QDateTime(date, time);
+    if (exact.isValid())
+        return exact.toLocalTime();
+    const QDateTime dayStart = zone.isValid() ? date.startOfDay(zone) : date.startOfDay();
+    return QDateTime(date, time, Qt::OffsetFromUTC, dayStart.offsetFromUtc()).toLocalTime();
+}
+
 // The instant in local time; none for a date or time that does not exist.
 std::optional<QDateTime> toLocal(const icaltimetype &value, const TimeFrame &frame)
 {
     const QDate date(value.year, value.month, value.day);
     if (!date.isValid())
         return std::nullopt;
+    // A day whose midnight summer time skips starts when its first hour does.
     if (value.is_date)
-        return QDateTime(date, QTime(0, 0));
+        return date.startOfDay();
     const QTime time(value.hour, value.minute, value.second);
     if (!time.isValid())
         return std::nullopt;
@@ -127,9 +139,7 @@ std::optional<QDateTime> toLocal(const icaltimetype &value, const TimeFrame &fra
     if (frame.calendarZone)
         return QDateTime::fromSecsSinceEpoch(
             qint64(icaltime_as_timet_with_zone(value, frame.calendarZone)));
-    if (frame.systemZone.isValid())
-        return QDateTime(date, time, frame.systemZone).toLocalTime();
-    return QDateTime(date, time);
+    return wallClock(date, time, frame.systemZone);
 }
 
 // The wall-clock time of an instant in a frame, for the recurrence iterator.

@@ -157,6 +157,17 @@ private Q_SLOTS:
         QCOMPARE(entry->eventDate(), local(2025, 7, 1, 9));
     }
 
+    void floatingTimeThatSummerTimeSkipsIsReadWithTheOffsetBefore()
+    {
+        // 02:30 on 9 March 2025 does not exist in New York; at -05:00 it is 03:30 summer time.
+        EVWidgetEntry *entry = importOne(calendar("BEGIN:VEVENT\nUID:gap-1\n"
+                                                  "DTSTAMP:20250101T000000Z\n"
+                                                  "DTSTART:20250309T023000\n"
+                                                  "SUMMARY:Gap\nEND:VEVENT\n"));
+        QVERIFY(entry);
+        QCOMPARE(entry->eventDate(), QDateTime(QDate(2025, 3, 9), QTime(7, 30), Qt::UTC));
+    }
+
     void yearlyBirthdaysBecomeTheirNextOccurrence_data()
     {
         QTest::addColumn<QByteArray>("start");
