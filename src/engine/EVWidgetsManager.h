@@ -29,6 +29,9 @@ public:
     explicit EVWidgetsManager(EVCoreDataDelegate *store, QObject *parent = nullptr);
     ~EVWidgetsManager() override;
 
+    // The store the manager keeps the desktop in step with.
+    EVCoreDataDelegate *store() const { return m_store; }
+
     // Starts the one-second timer and runs the first pass at once.
     void start();
     // Brings the earlier generation's widgets over from the settings, once.

@@ -42,6 +42,7 @@ public:
 
 private:
     friend class EVStoreFile;
+    friend class EVWidgetBackup;
 
     QColor m_color;
     QByteArray m_image;

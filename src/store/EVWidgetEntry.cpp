@@ -1,8 +1,8 @@
 #include "store/EVWidgetEntry.h"
 
+#include "core/EVAppImage.h"
 #include "core/EVClock.h"
 #include "platform/EVMainScreen.h"
-#include "core/EVAppImage.h"
 #include "store/EVCustomStyle.h"
 #include "store/EVPictureFile.h"
 #include "store/EVRectText.h"

@@ -81,6 +81,7 @@ public:
 
 private:
     friend class EVStoreFile;
+    friend class EVWidgetBackup;
 
     std::optional<int> m_countdownUnit;
     std::optional<int> m_dateformat;
