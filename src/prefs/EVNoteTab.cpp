@@ -125,10 +125,7 @@ void EVNoteTab::onNSTextDidChangeNotification()
 {
     if (m_updatingViews)
         return;
-    EVWidgetEntry *entry = m_controller->selectedWidgetEntry();
-    if (!entry)
-        return;
-    // A text view always holds a string: an emptied note is empty, never none.
-    const QString text = m_controller->ui().note_textNote->toPlainText();
-    entry->setNote(text.isNull() ? QStringLiteral("") : text);
+    // The text of an emptied note is empty, never none.
+    if (EVWidgetEntry *entry = m_controller->selectedWidgetEntry())
+        entry->setNote(m_controller->ui().note_textNote->toPlainText());
 }
