@@ -178,6 +178,10 @@ private Q_SLOTS:
     void showingAWidgetWritesNothing()
     {
         Advanced advanced;
+        // The switch moves between the two widgets, one of them a record from an earlier
+        // generation that lacks the value the switch shows.
+        advanced.entries().at(0)->setLockWidget(true);
+        advanced.entries().at(1)->setLockWidget(std::nullopt);
         const quint64 launch = advanced.entries().at(0)->revision();
         const quint64 holiday = advanced.entries().at(1)->revision();
         advanced.clickRow(1);
