@@ -7,8 +7,8 @@
 #include "controls/LUMDatePickerController.h"
 #include "controls/LUMGraphicalDatePicker.h"
 #include "controls/LUMPopover.h"
-#include "core/EVAppImage.h"
 #include "prefs/EVIconImageView.h"
+#include "core/EVAppImage.h"
 
 #include <QCheckBox>
 #include <QFile>
