@@ -7,8 +7,10 @@
 #include "core/EVUserDefaults.h"
 #include "engine/EVWidgetsManager.h"
 #include "platform/EVNotificationBus.h"
+#include "prefs/EVAdvancedTab.h"
 #include "prefs/EVCustomStylePanel.h"
 #include "prefs/EVGeneralTab.h"
+#include "prefs/EVNoteTab.h"
 #include "prefs/EVPerferenceToolBarActionDelegate.h"
 #include "prefs/EVViewAnimator.h"
 #include "prefs/EVWidgetListDelegate.h"
@@ -66,6 +68,10 @@ void EVPerferenceController::windowDidLoad()
     setupNotification();
     m_general = std::make_unique<EVGeneralTab>(this);
     m_general->setupGeneral();
+    m_advanced = std::make_unique<EVAdvancedTab>(this);
+    m_advanced->setupAdvanced();
+    m_note = std::make_unique<EVNoteTab>(this);
+    m_note->setupNote();
     m_customStylePanel = std::make_unique<EVCustomStylePanel>(this);
     m_customStylePanel->setup();
     updateSelectionDependentControls();
@@ -177,8 +183,19 @@ void EVPerferenceController::tableViewSelectionDidChange()
 void EVPerferenceController::tabViewDidSelectTabViewItem(int index)
 {
     // Each tab shows the selected widget's values when it comes to the front.
-    if (index == 0)
+    switch (index) {
+    case 0:
         m_general->updateGeneralViews();
+        break;
+    case 1:
+        m_advanced->updateAdvancedViews();
+        break;
+    case 2:
+        m_note->updateNoteViews();
+        break;
+    default:
+        break;
+    }
 }
 
 void EVPerferenceController::selectWidgetItemWithUUID(const QString &uuid)

@@ -9,8 +9,10 @@
 namespace Ui {
 class PreferencesPanel;
 }
+class EVAdvancedTab;
 class EVCustomStylePanel;
 class EVGeneralTab;
+class EVNoteTab;
 class EVPerferenceToolBarActionDelegate;
 class EVWidgetEntry;
 class EVWidgetListModel;
@@ -58,6 +60,8 @@ public:
     EVWidgetsManager *widgetsManager() const;
     EVWidgetListModel *widgetListModel() const { return m_widgetList; }
     EVGeneralTab *generalTab() const { return m_general.get(); }
+    EVAdvancedTab *advancedTab() const { return m_advanced.get(); }
+    EVNoteTab *noteTab() const { return m_note.get(); }
     // The entry of the list's selected row; none without a selection.
     EVWidgetEntry *selectedWidgetEntry() const;
 
@@ -101,6 +105,8 @@ private:
     std::unique_ptr<QWidget> m_window;
     EVWidgetListModel *m_widgetList = nullptr;
     std::unique_ptr<EVGeneralTab> m_general;
+    std::unique_ptr<EVAdvancedTab> m_advanced;
+    std::unique_ptr<EVNoteTab> m_note;
     std::unique_ptr<EVCustomStylePanel> m_customStylePanel;
     QTimer m_previewRefresh;
     // Set while a reload puts the selection back on the entry it was on.

@@ -6,6 +6,7 @@
 
 #include "controls/LUMDatePicker.h"
 #include "controls/LUMPopover.h"
+#include "controls/OnOffSwitchControl.h"
 #include "engine/EVWidgetWindow.h"
 #include "engine/EVWidgetsManager.h"
 #include "engine/EVWindowController.h"
@@ -15,14 +16,20 @@
 #include "store/EVWidgetEntry.h"
 
 #include <QAbstractItemModel>
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QDialog>
 #include <QGroupBox>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QToolButton>
 #include <QWindow>
 
+#include <iterator>
 #include <memory>
 
 class TestPreferencesDesktop : public QObject
@@ -184,18 +191,121 @@ private Q_SLOTS:
                     ->isVisible());
     }
 
-    void advancedAndNoteTabsAreLaidOut()
+    void advancedAndNoteTabsShowTheSelectedWidgetWithTheirSwitches()
     {
         QVERIFY(showPreferences());
-        auto *tabs =
-            m_preferences->window()->findChild<QTabWidget *>(QStringLiteral("configTabView"));
-        tabs->setCurrentIndex(1);
-        QTest::qWait(200);
-        screenshot(QStringLiteral("preferences-advanced-tab"));
-        tabs->setCurrentIndex(2);
-        QTest::qWait(200);
-        screenshot(QStringLiteral("preferences-note-tab"));
+        QWidget *window = m_preferences->window();
+        auto *tabs = window->findChild<QTabWidget *>(QStringLiteral("configTabView"));
         QCOMPARE(tabs->count(), 3);
+        EVWidgetEntry *holiday = m_manager->widgetEntries().at(1);
+        holiday->setTimeElement(true);
+        holiday->setLockWidget(true);
+        holiday->setSoundAlert(true);
+        holiday->setIntervalBeforeAlert(2);
+        holiday->setIntervalAlertUnit(3);
+        holiday->setNote(QStringLiteral("Book the train\nPack the bags"));
+
+        QTabBar *bar = tabs->tabBar();
+        QVERIFY(DesktopTools::click(bar->mapToGlobal(bar->tabRect(1).center()), 1));
+        QTRY_COMPARE(tabs->currentIndex(), 1);
+        auto *lock = window->findChild<OnOffSwitchControl *>(QStringLiteral("advanced_lockWidget"));
+        QVERIFY(lock);
+        QTRY_VERIFY(lock->isVisible());
+        QCOMPARE(lock->state(), 1);
+        QCOMPARE(window->findChild<QComboBox *>(QStringLiteral("advanced_format"))->count(), 7);
+        // The widget itself has taken the edits on its next pass.
+        EVWidgetWindow *holidayWindow = m_manager->widgetWindowController(holiday)->window();
+        QTRY_VERIFY_WITH_TIMEOUT(!holidayWindow->isMovable(), 1500);
+        QTest::qWait(300);
+        screenshot(QStringLiteral("preferences-advanced-tab"));
+        auto *format = window->findChild<QComboBox *>(QStringLiteral("advanced_format"));
+        QVERIFY(DesktopTools::click(centreOnScreen(format), 1));
+        QTRY_VERIFY(format->view()->isVisible());
+        QTest::qWait(300);
+        screenshot(QStringLiteral("preferences-advanced-date-formats"));
+        QTest::keyClick(format->view(), Qt::Key_Escape);
+        QTRY_VERIFY(!format->view()->isVisible());
+
+        QVERIFY(DesktopTools::click(bar->mapToGlobal(bar->tabRect(2).center()), 1));
+        QTRY_COMPARE(tabs->currentIndex(), 2);
+        auto *remind = window->findChild<OnOffSwitchControl *>(QStringLiteral("note_remind"));
+        QVERIFY(remind);
+        QTRY_VERIFY(remind->isVisible());
+        QCOMPARE(remind->state(), 1);
+        QVERIFY(window->findChild<QLineEdit *>(QStringLiteral("note_interval"))->isEnabled());
+        QTest::qWait(300);
+        screenshot(QStringLiteral("preferences-note-tab"));
+
+        // Turned off with a click of the pointer, the lead time greys out.
+        QVERIFY(DesktopTools::click(centreOnScreen(remind), 1));
+        QTRY_COMPARE(remind->state(), 0);
+        QVERIFY(!holiday->soundAlert());
+        QVERIFY(!window->findChild<QLineEdit *>(QStringLiteral("note_interval"))->isEnabled());
+        QTest::qWait(300);
+        screenshot(QStringLiteral("preferences-note-tab-reminder-off"));
+    }
+
+    void switchesInTheWindowAtOneAndTwoPixelsPerPoint()
+    {
+        QVERIFY(showPreferences());
+        QWidget *window = m_preferences->window();
+        auto *tabs = window->findChild<QTabWidget *>(QStringLiteral("configTabView"));
+        tabs->setCurrentIndex(2);
+        auto *remind = window->findChild<OnOffSwitchControl *>(QStringLiteral("note_remind"));
+        QTRY_VERIFY(remind->isVisible());
+        // The switch with its label, as the tab shows them. The looks are put on the switch
+        // alone: the tab does not hear of them, so the widget's reminder stays as it was.
+        QWidget *page = tabs->currentWidget();
+        const QRect row =
+            QRect(remind->mapTo(page, QPoint(0, 0)), remind->size()).adjusted(-90, -8, 8, 8);
+        const QSignalBlocker quiet(remind);
+        const int shownState = remind->state();
+
+        struct Look
+        {
+            const char *name;
+            int state;
+            bool mixed;
+            bool enabled;
+        };
+        const Look looks[] = {{"off", 0, false, true},
+                              {"on", 1, false, true},
+                              {"mixed", -1, true, true},
+                              {"off-disabled", 0, false, false},
+                              {"on-disabled", 1, false, false}};
+        for (const double ratio : {1.0, 2.0}) {
+            QImage sheet(QSize(row.width(), row.height() * int(std::size(looks))) * ratio,
+                         QImage::Format_ARGB32_Premultiplied);
+            sheet.setDevicePixelRatio(ratio);
+            sheet.fill(Qt::white);
+            for (std::size_t i = 0; i < std::size(looks); ++i) {
+                const Look &look = looks[i];
+                remind->setAllowsMixedState(look.mixed);
+                remind->setState(look.state);
+                remind->setEnabled(look.enabled);
+                const QPoint at(0, row.height() * int(i));
+                page->render(&sheet, at, QRegion(row));
+                // The thumb is white where the state puts it, drawn at full resolution.
+                const QRectF thumb =
+                    remind->cell()
+                        .thumbRectInFrame(QRectF(remind->rect()))
+                        .translated(remind->mapTo(page, QPoint(0, 0)) - row.topLeft() + at);
+                const QColor middle = sheet.pixelColor((thumb.center() * ratio).toPoint());
+                QVERIFY2(middle.red() > 200 && middle.green() > 200 && middle.blue() > 200,
+                         qPrintable(QStringLiteral("%1 at %2x: %3")
+                                        .arg(QLatin1String(look.name))
+                                        .arg(ratio)
+                                        .arg(middle.name())));
+            }
+            remind->setAllowsMixedState(false);
+            remind->setState(shownState);
+            remind->setEnabled(true);
+            QCOMPARE(sheet.size(), QSize(row.width(), row.height() * 5) * ratio);
+            const QString folder = qEnvironmentVariable("TALLYVANE_SCREENSHOT_DIR");
+            if (!folder.isEmpty())
+                QVERIFY(sheet.save(
+                    QStringLiteral("%1/preferences-switches-%2x.png").arg(folder).arg(ratio)));
+        }
     }
 
     void customStyleSheetOpensOverThePreferencesWindow()

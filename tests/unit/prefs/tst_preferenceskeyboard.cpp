@@ -70,6 +70,9 @@ private Q_SLOTS:
         QFETCH(int, tab);
         QFETCH(QStringList, controls);
         Preferences preferences({QStringLiteral("one"), QStringLiteral("two")});
+        // With a reminder pending, so that its lead time can be edited as well.
+        for (EVWidgetEntry *entry : preferences.entries())
+            entry->setSoundAlert(true);
         QWidget *window = preferences.controller.window();
         preferences.controller.showWindow();
         QVERIFY(QTest::qWaitForWindowActive(window));
