@@ -3,6 +3,7 @@
 #include "app/AppController.h"
 #include "app/AppDelegate.h"
 #include "app/EVCommandLine.h"
+#include "app/EVCommandRunner.h"
 #include "app/EVSnapshot.h"
 #include "core/EVAppImage.h"
 #include "core/EVAppInfo.h"
@@ -112,6 +113,9 @@ int main(int argc, char *argv[])
                          ? EVCommandLine::doneExitCode
                          : EVCommandLine::badInputExitCode;
             print(status == 0 ? stdout : stderr, message);
+            break;
+        case EVCommandLine::Action::Command:
+            status = EVCommandRunner::run(commandLine);
             break;
         case EVCommandLine::Action::ImportLegacy:
             status = EVLegacyPreferencesFile::importIntoSettings(commandLine.file(), &message) ==

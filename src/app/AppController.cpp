@@ -8,6 +8,7 @@
 #include "core/EVAppImage.h"
 #include "core/EVAppInfo.h"
 #include "core/EVAppSetting.h"
+#include "engine/EVWidgetCommands.h"
 #include "engine/EVWidgetsManager.h"
 #include "engine/EVWindowController.h"
 #include "platform/EVLoginItem.h"
@@ -168,6 +169,16 @@ void AppController::setOpenAtLoginState(bool enabled)
                 : QStringLiteral("Couldn't remove Helper App from launch at login item list.");
     alert.buttons = {QStringLiteral("OK")};
     alert.run();
+}
+
+QJsonObject AppController::runWidgetCommand(const QJsonObject &request)
+{
+    const QJsonObject result = EVWidgetCommands(widgetsManager()).run(request);
+    if (m_perferenceController && m_perferenceController->isWindowLoaded()) {
+        m_perferenceController->reloadTableViewDataWithDelay(false);
+        m_perferenceController->updateRightViewsState();
+    }
+    return result;
 }
 
 void AppController::onEVNotificationWidgetDoubleClick(QObject *sender)

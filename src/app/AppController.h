@@ -2,6 +2,7 @@
 
 #include "prefs/EVPerferenceToolBarActionDelegate.h"
 
+#include <QJsonObject>
 #include <QObject>
 #include <QPointer>
 
@@ -41,6 +42,10 @@ public:
     void setStatusMenuState(bool shown);
     // Switches open at login; the choice is recorded only when the desktop took it.
     void setOpenAtLoginState(bool enabled);
+
+    // A widget command from the command line, on the widgets on screen; the preferences window's
+    // list follows.
+    QJsonObject runWidgetCommand(const QJsonObject &request);
 
     bool powerOffNotification() const { return m_powerOffNotification; }
     EVPerferenceController *perferenceController() const { return m_perferenceController.get(); }

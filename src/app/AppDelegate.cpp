@@ -3,6 +3,7 @@
 #include "app/AppController.h"
 #include "app/EVApplication.h"
 #include "core/EVUserDefaults.h"
+#include "engine/EVCommandResult.h"
 #include "notify/FLUserNotificationCenter.h"
 #include "platform/EVInstanceReplier.h"
 #include "platform/EVSingleInstance.h"
@@ -111,9 +112,8 @@ void AppDelegate::onInstanceRequest(const QJsonObject &request, const EVInstance
     // A second launch of the application: the user is looking for us.
     if (request.value(QStringLiteral("command")).toString() == QLatin1String("activate")) {
         m_appController->onEVNotificationWidgetDoubleClick();
-        replier.reply({{QStringLiteral("status"), QStringLiteral("ok")}});
+        replier.reply(EVCommandResult::done().toJson());
         return;
     }
-    replier.reply({{QStringLiteral("status"), QStringLiteral("usage")},
-                   {QStringLiteral("message"), QStringLiteral("Unknown request.")}});
+    replier.reply(m_appController->runWidgetCommand(request));
 }

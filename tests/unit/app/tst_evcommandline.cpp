@@ -1,6 +1,8 @@
 #include "TestMain.h"
 #include "app/EVCommandLine.h"
 
+#include <QJsonObject>
+
 // What each way of starting the program asks for.
 class TestEVCommandLine : public QObject
 {
@@ -54,6 +56,69 @@ private Q_SLOTS:
             parsed({QStringLiteral("--import-legacy"), QStringLiteral("old.plist")});
         QCOMPARE(commandLine.action(), EVCommandLine::Action::ImportLegacy);
         QCOMPARE(commandLine.file(), QStringLiteral("old.plist"));
+    }
+
+    void listAsksForTextOrJson()
+    {
+        const EVCommandLine text = parsed({QStringLiteral("list")});
+        QCOMPARE(text.action(), EVCommandLine::Action::Command);
+        QCOMPARE(text.request(), (QJsonObject{{QStringLiteral("command"), QStringLiteral("list")},
+                                              {QStringLiteral("json"), false}}));
+        QVERIFY(!text.needsDisplay());
+        const EVCommandLine json = parsed({QStringLiteral("list"), QStringLiteral("--json")});
+        QCOMPARE(json.request().value(QStringLiteral("json")), QJsonValue(true));
+    }
+
+    void addCarriesOnlyTheOptionsGiven()
+    {
+        const EVCommandLine commandLine =
+            parsed({QStringLiteral("add"), QStringLiteral("--title"), QStringLiteral("Launch"),
+                    QStringLiteral("--date"), QStringLiteral("2027-01-10 18:30"),
+                    QStringLiteral("--remind"), QStringLiteral("2h")});
+        QCOMPARE(commandLine.action(), EVCommandLine::Action::Command);
+        QCOMPARE(commandLine.request(),
+                 (QJsonObject{{QStringLiteral("command"), QStringLiteral("add")},
+                              {QStringLiteral("title"), QStringLiteral("Launch")},
+                              {QStringLiteral("date"), QStringLiteral("2027-01-10 18:30")},
+                              {QStringLiteral("remind"), QStringLiteral("2h")}}));
+    }
+
+    void removeTakesTheIdentifier()
+    {
+        const EVCommandLine commandLine = parsed({QStringLiteral("remove"), QStringLiteral("ABC")});
+        QCOMPARE(commandLine.request().value(QStringLiteral("uuid")).toString(),
+                 QStringLiteral("ABC"));
+    }
+
+    void fileCommandsTakeTheirFileAndSayWhichWayItGoes()
+    {
+        const EVCommandLine exported =
+            parsed({QStringLiteral("export-ics"), QStringLiteral("out.ics")});
+        QCOMPARE(exported.command(), QStringLiteral("export-ics"));
+        QCOMPARE(exported.file(), QStringLiteral("out.ics"));
+        QVERIFY(exported.isExport() && !exported.isImport());
+        const EVCommandLine imported =
+            parsed({QStringLiteral("import"), QStringLiteral("in.json")});
+        QCOMPARE(imported.file(), QStringLiteral("in.json"));
+        QVERIFY(imported.isImport() && !imported.isExport());
+    }
+
+    void commandsWithWrongArgumentsOrOptionsAreUsageErrors()
+    {
+        for (const QStringList &arguments :
+             {QStringList{QStringLiteral("remove")},
+              QStringList{QStringLiteral("export"), QStringLiteral("a"), QStringLiteral("b")},
+              QStringList{QStringLiteral("list"), QStringLiteral("extra")},
+              QStringList{QStringLiteral("list"), QStringLiteral("--title"), QStringLiteral("x")},
+              QStringList{QStringLiteral("add"), QStringLiteral("--json")},
+              QStringList{QStringLiteral("--json")},
+              QStringList{QStringLiteral("--snapshot"), QStringLiteral("a.png"),
+                          QStringLiteral("list")}}) {
+            const EVCommandLine commandLine = parsed(arguments);
+            QVERIFY2(commandLine.action() == EVCommandLine::Action::UsageError,
+                     qPrintable(arguments.join(u' ')));
+            QVERIFY(!commandLine.errorText().isEmpty());
+        }
     }
 
     void unknownOptionsArgumentsAndMissingValuesAreUsageErrors()
