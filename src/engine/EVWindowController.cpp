@@ -115,6 +115,9 @@ void EVWindowController::reloadViews()
     if (stillLayersUnchanged && linesUnchanged)
         return;
 
+    // Window lists, screen readers and scripts name the widget by its event.
+    if (!same(view->title(), title))
+        m_window->setWindowTitle(title.isEmpty() ? QStringLiteral("Tallyvane Widget") : title);
     view->setTitle(title);
     view->setDate(date);
     view->setMajorCountdown(major);

@@ -93,6 +93,14 @@ bool click(const QPoint &at, int count)
                     QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1")});
 }
 
+QStringList visibleWindowsNamed(const QString &pattern)
+{
+    const QString output =
+        run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                        QStringLiteral("--name"), pattern});
+    return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
 bool screenshot(const QString &path)
 {
     bool ok = false;

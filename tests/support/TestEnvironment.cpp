@@ -3,6 +3,8 @@
 #include "core/EVClock.h"
 #include "platform/EVPaths.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -11,9 +13,9 @@
 #include <qpa/qplatformnativeinterface.h>
 
 namespace {
-const char *const isolatedVariables[] = {"HOME",           "XDG_CONFIG_HOME", "XDG_DATA_HOME",
-                                         "XDG_CACHE_HOME", "XDG_STATE_HOME",  "XDG_DATA_DIRS",
-                                         "XDG_CONFIG_DIRS"};
+const char *const isolatedVariables[] = {
+    "HOME",           "XDG_CONFIG_HOME", "XDG_DATA_HOME",   "XDG_CACHE_HOME",
+    "XDG_STATE_HOME", "XDG_DATA_DIRS",   "XDG_CONFIG_DIRS", "XDG_RUNTIME_DIR"};
 
 std::optional<QByteArray> currentValue(const char *name)
 {
@@ -40,6 +42,12 @@ TestHome::TestHome()
         if (qstrcmp(name, "HOME") != 0)
             qunsetenv(name);
     }
+    // The lock and the socket of the single instance live here: a test's instance never meets
+    // the user's running Tallyvane, nor another test's.
+    const QString runtime = m_dir.path() + QStringLiteral("/runtime");
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
     followConfigLocation();
 }
 

@@ -65,6 +65,21 @@ private Q_SLOTS:
         QCOMPARE(controller->widgetView()->size(), QSize(300, 150));
     }
 
+    void windowIsNamedAfterItsEvent()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setEventTitle(QStringLiteral("Team offsite"));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        QCOMPARE(controller->window()->windowTitle(), QStringLiteral("Tallyvane Widget"));
+        controller->update();
+        QCOMPARE(controller->window()->windowTitle(), QStringLiteral("Team offsite"));
+        entry.setEventTitle(QString());
+        controller->update();
+        QCOMPARE(controller->window()->windowTitle(), QStringLiteral("Tallyvane Widget"));
+    }
+
     void storedFrameIsApplied()
     {
         EVWidgetEntry entry;
