@@ -1,6 +1,6 @@
-#include "AppSeams.h"
+#include "SqlFile.h"
+#include "StoreReports.h"
 #include "TestMain.h"
-#include "app/EVApplication.h"
 
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"
@@ -12,8 +12,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 
 #include <csignal>
 #include <memory>
@@ -24,24 +22,6 @@ class TestEVCoreDataDelegate : public QObject
 
 private:
     std::unique_ptr<TestHome> m_home;
-
-    // What a report looked like from the outside.
-    struct Reports
-    {
-        AlertRecorder alerts;
-        MailRecorder mail;
-        TerminationRecorder terminations;
-        QList<EVError> errors;
-
-        // Composed as the application shell composes it: the store's failures become its
-        // fatal report.
-        void watch(EVCoreDataDelegate &store)
-        {
-            EVApplication::reportStoreFailures(&store);
-            QObject::connect(&store, &EVCoreDataDelegate::errorReported,
-                             [this](const EVError &error) { errors.append(error); });
-        }
-    };
 
     QString storePath() const
     {
@@ -79,7 +59,7 @@ private Q_SLOTS:
     void firstRunCreatesTheFolderAndAFreshStoreFile()
     {
         QVERIFY(!QFileInfo::exists(m_home->applicationFilesPath()));
-        Reports reports;
+        StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
 
@@ -100,7 +80,7 @@ private Q_SLOTS:
         blocker.write("not a folder");
         blocker.close();
 
-        Reports reports;
+        StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         QVERIFY(!store.persistentStoreCoordinator());
@@ -122,7 +102,7 @@ private Q_SLOTS:
         QVERIFY(blocker.open(QIODevice::WriteOnly));
         blocker.close();
 
-        Reports reports;
+        StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         QVERIFY(!store.managedObjectContext());
@@ -151,7 +131,7 @@ private Q_SLOTS:
         file.write(garbage);
         file.close();
 
-        Reports reports;
+        StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         QVERIFY(store.fetchWidgetEntries().isEmpty());
@@ -169,19 +149,12 @@ private Q_SLOTS:
             store.addWidgetEntry();
             store.save();
         }
-        {
-            auto database =
-                QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("newer"));
-            database.setDatabaseName(storePath());
-            QVERIFY(database.open());
-            QSqlQuery query(database);
-            QVERIFY(query.exec(
-                QStringLiteral("PRAGMA user_version = %1").arg(EVStoreFile::schemaVersion + 1)));
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("newer"));
+        QVERIFY(SqlFile(storePath())
+                    .exec(QStringLiteral("PRAGMA user_version = %1")
+                              .arg(EVStoreFile::schemaVersion + 1)));
         const QByteArray before = fileContents(storePath());
 
-        Reports reports;
+        StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         QVERIFY(store.fetchWidgetEntries().isEmpty());
@@ -194,22 +167,15 @@ private Q_SLOTS:
     {
         EVCoreDataDelegate store;
         QVERIFY(store.managedObjectContext());
-        QSqlDatabase file =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("schema-check"));
-        file.setDatabaseName(storePath());
-        QVERIFY(file.open());
+        SqlFile file(storePath());
         for (const QString &table :
              {QStringLiteral("widget_entry"), QStringLiteral("custom_style")}) {
             QList<EVStoreFile::ColumnType> inFile;
-            QSqlQuery info(file);
-            QVERIFY(info.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table)));
-            while (info.next())
-                inFile.append({info.value(1).toString(), info.value(2).toString()});
+            for (const QVariantList &column :
+                 file.rows(QStringLiteral("PRAGMA table_info(%1)").arg(table)))
+                inFile.append({column.at(1).toString(), column.at(2).toString()});
             QCOMPARE(EVStoreFile::tableColumnTypes(table), inFile);
         }
-        file.close();
-        file = QSqlDatabase();
-        QSqlDatabase::removeDatabase(QStringLiteral("schema-check"));
     }
 
     void entriesComeBackOldestCreatedFirst()
@@ -573,7 +539,7 @@ private Q_SLOTS:
         QVERIFY(writer.waitForFinished(10000));
         QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
 
-        Reports reports;
+        StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         const QStringList seen = titles(store.fetchWidgetEntries());
