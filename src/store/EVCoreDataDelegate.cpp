@@ -88,7 +88,8 @@ EVObjectContext *EVCoreDataDelegate::managedObjectContext()
 
     EVStoreFile *coordinator = persistentStoreCoordinator();
     if (!coordinator) {
-        // Told only when the coordinator's own failure was not.
+        // The coordinator reports its own failures; under the rule of one report this is told
+        // only should it ever fail without one.
         reportOpenFailure(EVError{EVStoreErrorDomain, 9999,
                                   QStringLiteral("Failed to initialize the store"),
                                   QStringLiteral("There was an error building up the data file.")});
