@@ -290,8 +290,11 @@ private Q_SLOTS:
             EVCoreDataDelegate store;
             EVWidgetEntry *first = store.addWidgetEntry();
             first->setEventTitle(QStringLiteral("first"));
+            first->setEventCreationDate(QDateTime::fromSecsSinceEpoch(1800000000));
             store.addCustomStyle(first)->setColor(QColor(1, 2, 3));
-            store.addWidgetEntry()->setEventTitle(QStringLiteral("second"));
+            EVWidgetEntry *second = store.addWidgetEntry();
+            second->setEventTitle(QStringLiteral("second"));
+            second->setEventCreationDate(QDateTime::fromSecsSinceEpoch(1800000001));
             store.save();
         }
         {
