@@ -53,8 +53,8 @@ void repair(const EVStoreFile::Records &records, EVRepairLog *log)
         const qsizetype styles = EVWidgetEntry::builtinStyleCount + entry->customStyles().size();
         if (entry->styleIndex() < 0 || entry->styleIndex() >= styles) {
             entry->setStyleIndex(EVWidgetEntry::defaultStyleIndex);
-            log->count(QStringLiteral("widget_entry.style_index: %1 stored values pointed past "
-                                      "the widget's styles and took the default style"));
+            log->count(QStringLiteral("widget_entry.style_index: %1 stored values pointed to no "
+                                      "style of the widget and took the default style"));
         }
         if (!entry->widgetFrameDesc().isNull() && entry->frame().isNull()) {
             log->count(QStringLiteral("widget_entry.widget_frame_desc: %1 stored frames cannot "

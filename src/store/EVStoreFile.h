@@ -86,7 +86,8 @@ private:
     bool checkWhole(EVError *error);
     bool migrate(int version, EVError *error);
     bool checkTables(EVError *error);
-    // Gives a record read from the file its row; see the source for rows that are not positive.
+    // Gives a record read from the file its row id and marks whether it must be written again:
+    // when a field took its fallback, or when its row id is not positive.
     static void takeRowId(EVManagedRecord &record, qint64 row, bool asStored,
                           QList<qint64> *replacedRows, const QString &table, EVRepairLog *log);
     EVError sqlError(const QString &what, const QString &detail) const;
