@@ -1,6 +1,7 @@
 #pragma once
 
 #include "render/EVBackgroundImage.h"
+#include "store/EVWidgetEntry.h"
 
 #include <QColor>
 #include <QImage>
@@ -9,7 +10,6 @@
 #include <variant>
 
 class EVCustomStyle;
-class EVWidgetEntry;
 
 // Turns background styles into pictures: the twelve built-in styles (0 to 11) and the styles the
 // user composes from a colour or a picture. Every picture is a rounded rectangle of corner radius
@@ -21,7 +21,7 @@ public:
     // What a custom style is made of. An invalid colour or a null picture draws nothing.
     using ColorOrImage = std::variant<QColor, QImage>;
 
-    static constexpr int builtinStyleCount = 12;
+    static constexpr int builtinStyleCount = EVWidgetEntry::builtinStyleCount;
     // The radial gradient, also the style new widgets start with.
     static constexpr int gradientStyle = 9;
     static constexpr qreal cornerRadius = 10.0;

@@ -39,20 +39,25 @@ QString EVCoreDataDelegate::storeFilePath() const
     return applicationFilesDirectory() + QStringLiteral("/TallyWidgets.storedata");
 }
 
-void EVCoreDataDelegate::reportError(const EVError &error)
+void EVCoreDataDelegate::reportOpenFailure(const EVError &error)
 {
+    // The report ends the application; a store that fails again at every later use must not
+    // raise a report each time.
+    if (m_openFailed)
+        return;
+    m_openFailed = true;
     Q_EMIT errorReported(error);
 }
 
 EVStoreFile *EVCoreDataDelegate::persistentStoreCoordinator()
 {
-    if (m_coordinator)
+    if (m_coordinator || m_openFailed)
         return m_coordinator.get();
 
     const QString directory = applicationFilesDirectory();
     const QFileInfo info(directory);
     if (info.exists() && !info.isDir()) {
-        reportError(EVError{
+        reportOpenFailure(EVError{
             EVStoreErrorDomain, 101,
             QStringLiteral("Expected a folder to store application data, found a file (%1).")
                 .arg(directory),
@@ -60,7 +65,7 @@ EVStoreFile *EVCoreDataDelegate::persistentStoreCoordinator()
         return nullptr;
     }
     if (!info.exists() && !QDir().mkpath(directory)) {
-        reportError(EVError{
+        reportOpenFailure(EVError{
             EVFileErrorDomain, 1,
             QStringLiteral("The folder \"%1\" could not be created.").arg(directory), QString()});
         return nullptr;
@@ -69,7 +74,7 @@ EVStoreFile *EVCoreDataDelegate::persistentStoreCoordinator()
     auto coordinator = std::make_unique<EVStoreFile>(storeFilePath());
     EVError error;
     if (!coordinator->open(&error)) {
-        reportError(error);
+        reportOpenFailure(error);
         return nullptr;
     }
     m_coordinator = std::move(coordinator);
@@ -78,20 +83,22 @@ EVStoreFile *EVCoreDataDelegate::persistentStoreCoordinator()
 
 EVObjectContext *EVCoreDataDelegate::managedObjectContext()
 {
-    if (m_context)
+    if (m_context || m_openFailed)
         return m_context.get();
 
     EVStoreFile *coordinator = persistentStoreCoordinator();
     if (!coordinator) {
-        reportError(EVError{EVStoreErrorDomain, 9999,
-                            QStringLiteral("Failed to initialize the store"),
-                            QStringLiteral("There was an error building up the data file.")});
+        // The coordinator reports its own failures; under the rule of one report this is told
+        // only should it ever fail without one.
+        reportOpenFailure(EVError{EVStoreErrorDomain, 9999,
+                                  QStringLiteral("Failed to initialize the store"),
+                                  QStringLiteral("There was an error building up the data file.")});
         return nullptr;
     }
     auto context = std::make_unique<EVObjectContext>(coordinator);
     EVError error;
     if (!context->load(&error)) {
-        reportError(error);
+        reportOpenFailure(error);
         return nullptr;
     }
     m_context = std::move(context);
@@ -155,5 +162,5 @@ void EVCoreDataDelegate::save()
         return;
     EVError error;
     if (!context->save(&error))
-        reportError(error);
+        Q_EMIT errorReported(error);
 }

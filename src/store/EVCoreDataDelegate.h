@@ -14,8 +14,10 @@ class EVStoreFile;
 class EVWidgetEntry;
 
 // Owner of the one widget store: the store file, and the context in which every widget entry
-// and custom style lives. Every failure to open, read or save the store is reported through
-// errorReported; the application shell turns it into its fatal report to the user.
+// and custom style lives. Failures to open, read or save the store are reported through
+// errorReported; the application shell turns them into its fatal report to the user. A store
+// that cannot be opened or read is reported once: every later use quietly finds no store,
+// and nothing is ever loaded in part.
 class EVCoreDataDelegate : public QObject
 {
     Q_OBJECT
@@ -31,8 +33,8 @@ public:
     QString applicationFilesDirectory() const;
     QString storeFilePath() const;
 
-    // Built on first use and kept; none after a failure, which has been reported. The next use
-    // tries again.
+    // Built on first use and kept; none after a failure, which has been reported, and none
+    // from then on.
     EVStoreFile *persistentStoreCoordinator();
     EVObjectContext *managedObjectContext();
 
@@ -51,12 +53,13 @@ public:
     void save();
 
 Q_SIGNALS:
-    // Emitted for every failure to open, read or save the store.
+    // Emitted for the first failure to open or read the store, and for every failed save.
     void errorReported(const EVError &error);
 
 private:
-    void reportError(const EVError &error);
+    void reportOpenFailure(const EVError &error);
 
+    bool m_openFailed = false;
     std::unique_ptr<EVStoreFile> m_coordinator;
     std::unique_ptr<EVObjectContext> m_context;
 };

@@ -5,7 +5,7 @@
 void EVCustomStyle::resetDefault()
 {
     setUuid(newUuid());
-    setColor(QColor(Qt::black));
+    setColor(defaultColor());
     setType(0);
 }
 

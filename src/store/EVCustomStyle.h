@@ -17,6 +17,9 @@ public:
     EVCustomStyle() = default;
     ~EVCustomStyle() = default;
 
+    // What resetDefault sets, and what a stored colour that cannot be used takes.
+    static QColor defaultColor() { return QColor(Qt::black); }
+
     void resetDefault();
 
     QColor color() const { return m_color; }

@@ -20,6 +20,12 @@ public:
     // tell cheaply whether it has to look again.
     quint64 revision() const { return m_revision; }
 
+    // A fresh identifier: 36 upper-case hexadecimal characters in groups 8-4-4-4-12.
+    static QString newUuid();
+    // Whether a text has exactly that form; only such texts name picture files, so that no
+    // identifier read from a file can lead out of the picture folder.
+    static bool isUuid(const QString &text);
+
 protected:
     ~EVManagedRecord() = default;
     void markChanged()
@@ -38,9 +44,6 @@ protected:
         field = value;
         markChanged();
     }
-
-    // A fresh identifier: 36 upper-case hexadecimal characters in groups 8-4-4-4-12.
-    static QString newUuid();
 
 private:
     friend class EVObjectContext;

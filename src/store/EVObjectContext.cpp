@@ -23,6 +23,8 @@ bool EVObjectContext::load(EVError *error)
         return false;
     m_entries = std::move(records.entries);
     m_styles = std::move(records.styles);
+    m_deletedEntryRows.append(records.replacedEntryRows);
+    m_deletedStyleRows.append(records.replacedStyleRows);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "store/EVPictureFile.h"
 
 #include "platform/EVPaths.h"
+#include "store/EVManagedRecord.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +11,8 @@ namespace EVPictureFile {
 
 std::optional<QString> replace(const QString &uuid, const QByteArray &data)
 {
+    if (!EVManagedRecord::isUuid(uuid))
+        return std::nullopt;
     const QString path = EVPaths::pictureFolder() + QLatin1Char('/') + uuid;
     if (QFileInfo::exists(path))
         QFile::remove(path);
@@ -22,9 +25,16 @@ std::optional<QString> replace(const QString &uuid, const QByteArray &data)
     return uuid;
 }
 
+bool isFileName(const QString &fileName)
+{
+    return !fileName.isEmpty() && fileName != QLatin1String(".") &&
+           fileName != QLatin1String("..") && !fileName.contains(QLatin1Char('/')) &&
+           !fileName.contains(QChar(u'\0'));
+}
+
 QByteArray read(const QString &fileName)
 {
-    if (fileName.isEmpty())
+    if (!isFileName(fileName))
         return {};
     QFile file(EVPaths::pictureFolder() + QLatin1Char('/') + fileName);
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
@@ -45,7 +55,8 @@ QByteArray readMigrating(const PictureFields &fields)
 
     const QByteArray legacy = fields.inlineData;
     fields.setData(legacy);
-    if (fields.path == fields.uuid)
+    // Only a file written under the record's own name makes the inline copy redundant.
+    if (EVManagedRecord::isUuid(fields.uuid) && fields.path == fields.uuid)
         fields.clearInlineData();
     return legacy;
 }

@@ -13,10 +13,16 @@ namespace EVPictureFile {
 // A record's picture setter: deletes the record's file (errors ignored), then writes the data
 // atomically unless it is none. Returns the new value of the record's path field: none when
 // cleared, the uuid when written, and nothing when the write failed, in which case the field
-// is deliberately left as it was although its old file is gone.
+// is deliberately left as it was although its old file is gone. A uuid that is not a UUID
+// names no file: nothing is deleted or written, as for a failed write.
 std::optional<QString> replace(const QString &uuid, const QByteArray &data);
 
-// The contents of the named file in the picture folder; none when there is no such file.
+// Whether a path field's value names a file inside the picture folder: a plain file name, not
+// a path that leads elsewhere.
+bool isFileName(const QString &fileName);
+
+// The contents of the named file in the picture folder; none when there is no such file, or
+// when the name is not a plain file name.
 QByteArray read(const QString &fileName);
 
 // A record's picture getter: the file named by the path field; otherwise legacy inline data,

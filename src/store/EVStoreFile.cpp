@@ -1,6 +1,10 @@
 #include "store/EVStoreFile.h"
 
+#include "core/EVClock.h"
 #include "store/EVCustomStyle.h"
+#include "store/EVPictureFile.h"
+#include "store/EVRecordRepair.h"
+#include "store/EVRepairLog.h"
 #include "store/EVStoreColumn.h"
 #include "store/EVWidgetEntry.h"
 
@@ -52,15 +56,33 @@ QList<EVStoreFile::ColumnType> columnTypes(const std::vector<EVStoreColumn<Recor
     return columns + extra;
 }
 
+// Reads every field of a row; each one that took its fallback is counted as a repair of its
+// column. True when every field could be used as stored.
 template <typename Record>
-void readFields(const std::vector<EVStoreColumn<Record>> &fields, const QSqlQuery &row,
-                Record &record)
+bool readFields(const std::vector<EVStoreColumn<Record>> &fields, const QString &table,
+                const QSqlQuery &row, Record &record, EVRepairLog *log)
 {
+    bool asStored = true;
     int column = 1;
     for (const EVStoreColumn<Record> &field : fields) {
-        field.read(row, column, record);
+        if (!field.read(row, column, record)) {
+            asStored = false;
+            QString name = field.names.first();
+            if (field.names.size() > 1)
+                name.truncate(name.lastIndexOf(QLatin1Char('_'))); // a colour's components
+            log->count(table + QLatin1Char('.') + name +
+                       QStringLiteral(": %1 stored values were out of range or of the wrong "
+                                      "kind and took the field's default"));
+        }
         column += int(field.names.size());
     }
+    return asStored;
+}
+
+// A picture's path field names a file inside the picture folder, or nothing.
+bool isPictureFileName(const QString &path)
+{
+    return path.isNull() || EVPictureFile::isFileName(path);
 }
 
 template <typename Record>
@@ -100,26 +122,47 @@ EVStoreFile::~EVStoreFile()
 const std::vector<EVStoreColumn<EVWidgetEntry>> &EVStoreFile::widgetEntryColumns()
 {
     using E = EVWidgetEntry;
+    // Numbers whose every value has a documented meaning (a unit outside 1 to 4 counts in time,
+    // a date format outside 0 to 5 takes the table's last row) keep any 32-bit value; indexes
+    // into a fixed list keep only the list's. The uuid and the style index are judged with the
+    // other records (EVRecordRepair), the frame where it is read (EVWidgetEntry::frame).
     static const std::vector<EVStoreColumn<E>> columns{
         storeColumn(QStringLiteral("uuid"), &E::m_uuid),
-        storeColumn(QStringLiteral("countdown_unit"), &E::m_countdownUnit),
-        storeColumn(QStringLiteral("dateformat"), &E::m_dateformat),
-        storeColumn(QStringLiteral("event_creation_date"), &E::m_eventCreationDate),
-        storeColumn(QStringLiteral("event_date"), &E::m_eventDate),
-        storeColumn(QStringLiteral("event_title"), &E::m_eventTitle),
+        storeColumn(QStringLiteral("countdown_unit"), &E::m_countdownUnit,
+                    orElse<E>(std::optional<int>(E::defaultCountdownUnit))),
+        storeColumn(QStringLiteral("dateformat"), &E::m_dateformat,
+                    orElse<E>(std::optional<int>(E::defaultDateformat))),
+        storeColumn(QStringLiteral("event_creation_date"), &E::m_eventCreationDate,
+                    orElseFrom<E, QDateTime>([](const E &) { return EVClock::now(); })),
+        storeColumn(QStringLiteral("event_date"), &E::m_eventDate,
+                    orElseFrom<E, QDateTime>([](const E &entry) {
+                        const QDateTime created = entry.eventCreationDate().isValid()
+                                                      ? entry.eventCreationDate()
+                                                      : EVClock::now();
+                        return created.addSecs(E::defaultEventDistanceSeconds);
+                    })),
+        storeColumn(QStringLiteral("event_title"), &E::m_eventTitle,
+                    orElse<E>(E::defaultEventTitle())),
         storeColumn(QStringLiteral("iconfile"), &E::m_iconfile),
-        storeColumn(QStringLiteral("icon_file_path"), &E::m_iconFilePath),
-        storeColumn(QStringLiteral("ignored_day_type"), &E::m_ignoredDayType),
-        storeColumn(QStringLiteral("interval_alert_unit"), &E::m_intervalAlertUnit),
-        storeColumn(QStringLiteral("interval_before_alert"), &E::m_intervalBeforeAlert),
-        storeColumn(QStringLiteral("keep_top"), &E::m_keepTop),
-        storeColumn(QStringLiteral("lock_widget"), &E::m_lockWidget),
-        storeColumn(QStringLiteral("note"), &E::m_note),
-        storeColumn(QStringLiteral("priority"), &E::m_priority),
-        storeColumn(QStringLiteral("sound_alert"), &E::m_soundAlert),
-        storeColumn(QStringLiteral("style_index"), &E::m_styleIndex),
-        storeColumn(QStringLiteral("textcolor"), &E::m_textcolor),
-        storeColumn(QStringLiteral("time_element"), &E::m_timeElement),
+        storeColumn(QStringLiteral("icon_file_path"), &E::m_iconFilePath,
+                    EVStoreRule<E, QString>{isPictureFileName}),
+        storeColumn(QStringLiteral("ignored_day_type"), &E::m_ignoredDayType, within<E>(0, 2, 0)),
+        storeColumn(QStringLiteral("interval_alert_unit"), &E::m_intervalAlertUnit,
+                    within<E>(0, 4, E::defaultIntervalAlertUnit)),
+        storeColumn(QStringLiteral("interval_before_alert"), &E::m_intervalBeforeAlert,
+                    orElse<E>(std::optional<int>(E::defaultIntervalBeforeAlert))),
+        storeColumn(QStringLiteral("keep_top"), &E::m_keepTop, within<E>(0, 2, 0)),
+        storeColumn(QStringLiteral("lock_widget"), &E::m_lockWidget,
+                    orElse<E>(std::optional<bool>(false))),
+        storeColumn(QStringLiteral("note"), &E::m_note, orElse<E>(QStringLiteral(""))),
+        storeColumn(QStringLiteral("priority"), &E::m_priority, within<E>(0, 3, 0)),
+        storeColumn(QStringLiteral("sound_alert"), &E::m_soundAlert,
+                    orElse<E>(std::optional<bool>(false))),
+        storeColumn(QStringLiteral("style_index"), &E::m_styleIndex,
+                    orElse<E>(std::optional<int>(E::defaultStyleIndex))),
+        storeColumn(QStringLiteral("textcolor"), &E::m_textcolor, orElse<E>(E::defaultTextcolor())),
+        storeColumn(QStringLiteral("time_element"), &E::m_timeElement,
+                    orElse<E>(std::optional<bool>(false))),
         storeColumn(QStringLiteral("widget_frame_desc"), &E::m_widgetFrameDesc),
     };
     return columns;
@@ -130,12 +173,17 @@ const std::vector<EVStoreColumn<EVCustomStyle>> &EVStoreFile::customStyleColumns
     using S = EVCustomStyle;
     static const std::vector<EVStoreColumn<S>> columns{
         storeColumn(QStringLiteral("uuid"), &S::m_uuid),
-        storeColumn(QStringLiteral("color"), &S::m_color),
+        storeColumn(QStringLiteral("color"), &S::m_color, orElse<S>(S::defaultColor())),
         storeColumn(QStringLiteral("image"), &S::m_image),
-        storeColumn(QStringLiteral("image_path"), &S::m_imagePath),
-        storeColumn(QStringLiteral("opacity"), &S::m_opacity),
+        storeColumn(QStringLiteral("image_path"), &S::m_imagePath,
+                    EVStoreRule<S, QString>{isPictureFileName}),
+        // A fraction; outside 0 to 1 it is as unset as a new style's.
+        storeColumn(QStringLiteral("opacity"), &S::m_opacity,
+                    EVStoreRule<S, std::optional<float>>{[](const std::optional<float> &value) {
+                        return !value || (*value >= 0.0f && *value <= 1.0f);
+                    }}),
         storeColumn(QStringLiteral("sid"), &S::m_sid),
-        storeColumn(QStringLiteral("type"), &S::m_type),
+        storeColumn(QStringLiteral("type"), &S::m_type, within<S>(0, 1, 0)),
     };
     return columns;
 }
@@ -178,10 +226,12 @@ bool EVStoreFile::open(EVError *error)
                           m_database.lastError().text());
         return false;
     }
-    return migrate(error);
+    int version = 0;
+    return readSchemaVersion(&version, error) && checkWhole(error) && migrate(version, error) &&
+           checkTables(error);
 }
 
-bool EVStoreFile::migrate(EVError *error)
+bool EVStoreFile::readSchemaVersion(int *version, EVError *error)
 {
     QSqlQuery query(m_database);
     if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next()) {
@@ -189,15 +239,43 @@ bool EVStoreFile::migrate(EVError *error)
             sqlError(QStringLiteral("The widget store cannot be read"), query.lastError().text());
         return false;
     }
-    const int version = query.value(0).toInt();
-    query.finish();
-    if (version > schemaVersion) {
+    *version = query.value(0).toInt();
+    if (*version > schemaVersion) {
         *error = sqlError(QStringLiteral("The widget store was written by a newer Tallyvane"),
                           QStringLiteral("Its schema version is %1; this version reads up to %2.")
-                              .arg(version)
+                              .arg(*version)
                               .arg(schemaVersion));
         return false;
     }
+    if (*version < 0) {
+        *error = sqlError(
+            QStringLiteral("The widget store cannot be read"),
+            QStringLiteral("Its schema version %1 is not one Tallyvane writes.").arg(*version));
+        return false;
+    }
+    return true;
+}
+
+// Every page of the file is looked at before any record is read, so that a damaged file is
+// refused whole rather than loaded in part.
+bool EVStoreFile::checkWhole(EVError *error)
+{
+    QSqlQuery query(m_database);
+    if (!query.exec(QStringLiteral("PRAGMA integrity_check(1)")) || !query.next()) {
+        *error =
+            sqlError(QStringLiteral("The widget store cannot be read"), query.lastError().text());
+        return false;
+    }
+    const QString verdict = query.value(0).toString();
+    if (verdict != QLatin1String("ok")) {
+        *error = sqlError(QStringLiteral("The widget store is damaged"), verdict);
+        return false;
+    }
+    return true;
+}
+
+bool EVStoreFile::migrate(int version, EVError *error)
+{
     if (version == schemaVersion)
         return true;
 
@@ -206,6 +284,7 @@ bool EVStoreFile::migrate(EVError *error)
                           m_database.lastError().text());
         return false;
     }
+    QSqlQuery query(m_database);
     for (int step = version; step < schemaVersion; ++step) {
         const QStringList statements =
             QString::fromLatin1(schemaSteps[step]).split(QLatin1Char(';'), Qt::SkipEmptyParts);
@@ -228,48 +307,115 @@ bool EVStoreFile::migrate(EVError *error)
     return true;
 }
 
+// The tables must be the ones this version writes: real tables with exactly their columns, the
+// row id as their key, and no triggers that would change what a save writes. A file laid out
+// otherwise was not written by Tallyvane, or was changed beyond what can be read safely.
+bool EVStoreFile::checkTables(EVError *error)
+{
+    const auto refuse = [&](const QString &detail) {
+        *error = sqlError(QStringLiteral("The widget store is not laid out as Tallyvane writes it"),
+                          detail);
+        return false;
+    };
+    QSqlQuery query(m_database);
+    if (!query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'trigger'")) ||
+        !query.next())
+        return refuse(query.lastError().text());
+    if (query.value(0).toLongLong() != 0)
+        return refuse(QStringLiteral("It holds triggers."));
+
+    for (const QString &table : {QStringLiteral("widget_entry"), QStringLiteral("custom_style")}) {
+        query.prepare(QStringLiteral("SELECT type FROM sqlite_master WHERE name = ?"));
+        query.addBindValue(table);
+        if (!query.exec() || !query.next() || query.value(0).toString() != QLatin1String("table"))
+            return refuse(QStringLiteral("%1 is not a table.").arg(table));
+
+        QList<ColumnType> columns;
+        if (!query.exec(QStringLiteral("PRAGMA table_xinfo(%1)").arg(table)))
+            return refuse(query.lastError().text());
+        while (query.next()) {
+            // cid, name, type, notnull, dflt_value, pk, hidden
+            const bool isKey = query.value(5).toInt() != 0;
+            if (isKey != columns.isEmpty() || query.value(6).toInt() != 0)
+                return refuse(QStringLiteral("%1 is not keyed by its row id.").arg(table));
+            columns.append({query.value(1).toString(), query.value(2).toString()});
+        }
+        if (query.lastError().isValid() || columns != tableColumnTypes(table))
+            return refuse(
+                QStringLiteral("%1 does not have the columns of this version.").arg(table));
+    }
+    return true;
+}
+
+// A row id that is not positive cannot be told from a record never written: the record is
+// written again as a new row, and its old row is removed in the same save. A record with a
+// field that took its fallback is written again too, so that the file holds the repair.
+void EVStoreFile::takeRowId(EVManagedRecord &record, qint64 row, bool asStored,
+                            QList<qint64> *replacedRows, const QString &table, EVRepairLog *log)
+{
+    const bool replaced = row <= 0;
+    if (replaced) {
+        replacedRows->append(row);
+        log->count(table + QStringLiteral(": %1 rows had ids that are not positive; they are "
+                                          "written again under new ids at the next save"));
+    }
+    record.m_rowId = replaced ? 0 : row;
+    record.m_changed = !asStored || replaced;
+}
+
 bool EVStoreFile::load(Records *records, EVError *error)
 {
+    EVRepairLog repairs;
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
-    if (!query.exec(QStringLiteral("SELECT %1 FROM widget_entry ORDER BY id")
-                        .arg(tableColumns(QStringLiteral("widget_entry")).join(u", ")))) {
+    const auto unreadable = [&] {
         *error =
             sqlError(QStringLiteral("The widget store cannot be read"), query.lastError().text());
         return false;
-    }
+    };
+    const QString entryTable = QStringLiteral("widget_entry");
+    if (!query.exec(QStringLiteral("SELECT %1 FROM widget_entry ORDER BY id")
+                        .arg(tableColumns(entryTable).join(u", "))))
+        return unreadable();
     QHash<qint64, EVWidgetEntry *> entriesByRow;
     while (query.next()) {
         auto entry = std::make_unique<EVWidgetEntry>();
-        entry->m_rowId = query.value(0).toLongLong();
-        readFields(widgetEntryColumns(), query, *entry);
-        entry->m_changed = false;
-        entriesByRow.insert(entry->m_rowId, entry.get());
+        const qint64 row = query.value(0).toLongLong();
+        const bool asStored = readFields(widgetEntryColumns(), entryTable, query, *entry, &repairs);
+        takeRowId(*entry, row, asStored, &records->replacedEntryRows, entryTable, &repairs);
+        entriesByRow.insert(row, entry.get());
         records->entries.push_back(std::move(entry));
     }
+    // A row that cannot be read ends the rows as if they were all: only the error tells.
+    if (query.lastError().isValid())
+        return unreadable();
 
-    const QStringList styleColumns = tableColumns(QStringLiteral("custom_style"));
+    const QString styleTable = QStringLiteral("custom_style");
+    const QStringList styleColumns = tableColumns(styleTable);
     if (!query.exec(QStringLiteral("SELECT %1 FROM custom_style ORDER BY widget_id, position, id")
-                        .arg(styleColumns.join(u", ")))) {
-        *error =
-            sqlError(QStringLiteral("The widget store cannot be read"), query.lastError().text());
-        return false;
-    }
+                        .arg(styleColumns.join(u", "))))
+        return unreadable();
     const int ownerColumn = int(styleColumns.indexOf(placementColumns.first().first));
     while (query.next()) {
         auto style = std::make_unique<EVCustomStyle>();
-        style->m_rowId = query.value(0).toLongLong();
-        readFields(customStyleColumns(), query, *style);
-        EVWidgetEntry *owner = entriesByRow.value(query.value(ownerColumn).toLongLong());
+        const qint64 row = query.value(0).toLongLong();
+        const bool asStored = readFields(customStyleColumns(), styleTable, query, *style, &repairs);
+        takeRowId(*style, row, asStored, &records->replacedStyleRows, styleTable, &repairs);
+        const std::optional<qint64> ownerRow = EVStoreValue::integer(query.value(ownerColumn));
+        EVWidgetEntry *owner = ownerRow ? entriesByRow.value(*ownerRow) : nullptr;
         if (owner) {
             owner->m_customStyles.append(style.get());
             style->m_widget = owner;
             m_storedPlacements.insert(style.get(),
                                       {owner->m_rowId, owner->m_customStyles.size() - 1});
         }
-        style->m_changed = false;
         records->styles.push_back(std::move(style));
     }
+    if (query.lastError().isValid())
+        return unreadable();
+
+    EVRecordRepair::repair(*records, &repairs);
+    repairs.write();
     return true;
 }
 

@@ -13,6 +13,8 @@
 #include <vector>
 
 class EVCustomStyle;
+class EVManagedRecord;
+class EVRepairLog;
 class EVWidgetEntry;
 template <typename Record>
 struct EVStoreColumn;
@@ -31,15 +33,24 @@ public:
 
     QString path() const { return m_path; }
 
-    // Opens the file, creating it when absent, and brings its schema up to date.
+    // Opens the file, creating it when absent, and brings its schema up to date. A file that
+    // is damaged, of an unknown schema version or not laid out as this version writes it is
+    // refused before anything is written to it, so that it stays as it was for the user to
+    // recover.
     bool open(EVError *error);
 
     struct Records
     {
         std::vector<std::unique_ptr<EVWidgetEntry>> entries;
         std::vector<std::unique_ptr<EVCustomStyle>> styles;
+        // Rows whose ids are not positive: their records are written again as new rows, and
+        // these rows must go in the same save, so that no record is ever written twice.
+        QList<qint64> replacedEntryRows;
+        QList<qint64> replacedStyleRows;
     };
-    // Reads every record; custom styles come attached to their entries in their stored order.
+    // Reads every record, whole or not at all; custom styles come attached to their entries in
+    // their stored order. Values that cannot be used take their defaults, and every kind of
+    // repair is logged once.
     bool load(Records *records, EVError *error);
 
     struct Changes
@@ -71,7 +82,14 @@ private:
     static const std::vector<EVStoreColumn<EVWidgetEntry>> &widgetEntryColumns();
     static const std::vector<EVStoreColumn<EVCustomStyle>> &customStyleColumns();
 
-    bool migrate(EVError *error);
+    bool readSchemaVersion(int *version, EVError *error);
+    bool checkWhole(EVError *error);
+    bool migrate(int version, EVError *error);
+    bool checkTables(EVError *error);
+    // Gives a record read from the file its row id and marks whether it must be written again:
+    // when a field took its fallback, or when its row id is not positive.
+    static void takeRowId(EVManagedRecord &record, qint64 row, bool asStored,
+                          QList<qint64> *replacedRows, const QString &table, EVRepairLog *log);
     EVError sqlError(const QString &what, const QString &detail) const;
 
     QString m_path;

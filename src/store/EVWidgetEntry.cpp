@@ -7,9 +7,30 @@
 #include "store/EVPictureFile.h"
 #include "store/EVRectText.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
-constexpr qint64 thirtyDaysInSeconds = 2592000;
+// A widget window is never wider or taller than this many main screens.
+constexpr double mostScreensAcross = 4.0;
+
+// Whether a window can be made at the frame (its size fits in integer geometry and in memory)
+// and be seen there.
+bool isShowable(const QRectF &frame, const QSizeF &screen)
+{
+    if (!std::isfinite(frame.x()) || !std::isfinite(frame.y()) || !std::isfinite(frame.width()) ||
+        !std::isfinite(frame.height()))
+        return false;
+    if (!(frame.width() > 0.0 && frame.height() > 0.0))
+        return false;
+    if (frame.width() > mostScreensAcross * screen.width() ||
+        frame.height() > mostScreensAcross * screen.height())
+        return false;
+    const QList<QRectF> screens = EVMainScreen::everyScreenFrame();
+    return std::any_of(screens.begin(), screens.end(),
+                       [&frame](const QRectF &each) { return each.intersects(frame); });
+}
 
 } // namespace
 
@@ -26,20 +47,20 @@ void EVWidgetEntry::resetDefault()
     setUuid(newUuid());
     const QDateTime now = EVClock::now();
     setEventCreationDate(now);
-    setEventTitle(QStringLiteral("Event Title"));
-    setEventDate(now.addSecs(thirtyDaysInSeconds));
+    setEventTitle(defaultEventTitle());
+    setEventDate(now.addSecs(defaultEventDistanceSeconds));
     setIconfileData(EVAppImage::tiffDataNamed(QStringLiteral("clock")));
-    setStyleIndex(9);
-    setCountdownUnit(1);
+    setStyleIndex(defaultStyleIndex);
+    setCountdownUnit(defaultCountdownUnit);
     setTimeElement(false);
     setIgnoredDayType(0);
-    setDateformat(4);
-    setTextcolor(QColor(Qt::white));
+    setDateformat(defaultDateformat);
+    setTextcolor(defaultTextcolor());
     setKeepTop(0);
     setPriority(0);
     setSoundAlert(false);
-    setIntervalBeforeAlert(1);
-    setIntervalAlertUnit(1);
+    setIntervalBeforeAlert(defaultIntervalBeforeAlert);
+    setIntervalAlertUnit(defaultIntervalAlertUnit);
     setNote(QStringLiteral(""));
     setLockWidget(false);
 }
@@ -50,8 +71,9 @@ QRectF EVWidgetEntry::frame() const
         return QRectF();
     const QRectF fractions = EVRectText::toRect(m_widgetFrameDesc);
     const QSizeF screen = EVMainScreen::frame().size();
-    return QRectF(fractions.x() * screen.width(), fractions.y() * screen.height(),
-                  fractions.width() * screen.width(), fractions.height() * screen.height());
+    const QRectF frame(fractions.x() * screen.width(), fractions.y() * screen.height(),
+                       fractions.width() * screen.width(), fractions.height() * screen.height());
+    return isShowable(frame, screen) ? frame : QRectF();
 }
 
 void EVWidgetEntry::setFrame(const QRectF &frame)

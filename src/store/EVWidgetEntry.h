@@ -21,6 +21,20 @@ public:
     EVWidgetEntry() = default;
     ~EVWidgetEntry();
 
+    // What resetDefault sets besides zeros and false; a stored value that cannot be used takes
+    // the same.
+    static constexpr int defaultCountdownUnit = 1;
+    static constexpr int defaultDateformat = 4;
+    static constexpr int defaultIntervalAlertUnit = 1;
+    static constexpr int defaultIntervalBeforeAlert = 1;
+    static constexpr int defaultStyleIndex = 9;
+    // styleIndex 0 to 11 selects a built-in style, 12 and above a custom style by position.
+    static constexpr int builtinStyleCount = 12;
+    // The event lies this long after the entry's creation.
+    static constexpr qint64 defaultEventDistanceSeconds = 2592000;
+    static QString defaultEventTitle() { return QStringLiteral("Event Title"); }
+    static QColor defaultTextcolor() { return QColor(Qt::white); }
+
     void resetDefault();
 
     int countdownUnit() const { return m_countdownUnit.value_or(0); }
@@ -65,7 +79,10 @@ public:
     void setWidgetFrameDesc(const QString &value) { assign(m_widgetFrameDesc, value); }
 
     // The widget window's frame in screen points, kept in widgetFrameDesc as fractions of the
-    // main screen so that a widget keeps its relative place when the resolution changes.
+    // main screen so that a widget keeps its relative place when the resolution changes. A
+    // stored frame that no window could be made of or seen in (not finite, not of positive
+    // size, larger than a few screens, or off every screen) reads as the zero rectangle, as an
+    // unset one does.
     QRectF frame() const;
     void setFrame(const QRectF &frame);
 

@@ -131,8 +131,10 @@ private Q_SLOTS:
     {
         QVERIFY(setOffscreenScreenSize(1000, 800));
         EVWidgetEntry entry;
-        entry.setWidgetFrameDesc(QStringLiteral("{{0.5, 0.25}, {garbage"));
-        QCOMPARE(entry.frame(), QRectF(500, 200, 0, 0));
+        entry.setWidgetFrameDesc(QStringLiteral("{{0.5, 0.25}, {0.125"));
+        QCOMPARE(entry.frame(), QRectF());
+        entry.setWidgetFrameDesc(QStringLiteral("{{0.5, 0.25}, {0.125, 0.5}, garbage"));
+        QCOMPARE(entry.frame(), QRectF(500, 200, 125, 400));
         entry.setWidgetFrameDesc(QStringLiteral(""));
         QCOMPARE(entry.frame(), QRectF());
     }
