@@ -44,6 +44,8 @@ public:
         environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
         environment.insert(QStringLiteral("XDG_CACHE_HOME"), home + QStringLiteral("/.cache"));
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtimeFolder(home));
+        // As from a user's shell: the program picks its platform itself.
+        environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
         m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::MergedChannels);
     }
@@ -395,6 +397,26 @@ private Q_SLOTS:
         QVERIFY2(first->exitedCleanly(), qPrintable(first->output()));
     }
 
+    void doubleClickOnAWidgetOpensThePreferencesWindow()
+    {
+        const QRectF stored(200, 200, 300, 150);
+        saveWidgets({stored});
+        const std::unique_ptr<Program> tallyvane = program();
+        QVERIFY(tallyvane->start());
+        const WId widget = tallyvane->waitForWindow(widgetWindowName);
+        QVERIFY2(widget, qPrintable(tallyvane->output()));
+        QTRY_COMPARE(DesktopTools::windowGeometry(widget), stored.toRect());
+        QVERIFY(tallyvane->windows(preferencesWindowName).isEmpty());
+
+        QVERIFY(DesktopTools::click(centre(stored.toRect()), 2));
+        QVERIFY2(tallyvane->waitForWindow(preferencesWindowName), qPrintable(tallyvane->output()));
+        // A click is not a drag: the widget stayed where it was.
+        QCOMPARE(DesktopTools::windowGeometry(widget), stored.toRect());
+        tallyvane->terminate();
+        QVERIFY(tallyvane->waitForExit());
+        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+    }
+
     void sigtermSavesAWidgetMovedByDragging()
     {
         const QRectF stored(200, 200, 300, 150);
@@ -502,7 +524,8 @@ private Q_SLOTS:
 
         const QImage picture(file);
         QVERIFY(!picture.isNull());
-        // Two columns and two rows of 300 x 150 widgets, 16 pixels apart.
+        // Two columns and two rows of 300 x 150 widgets, 16 pixels apart: each at its size on
+        // this screen.
         QCOMPARE(picture.size(), QSize(16 + 300 + 16 + 300 + 16, 16 + 150 + 16 + 150 + 16));
         const QColor ground = picture.pixelColor(4, 4);
         const QList<QPoint> cells = {QPoint(16, 16), QPoint(332, 16), QPoint(16, 182)};
