@@ -81,11 +81,16 @@ public:
     {
         return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(timeout);
     }
-    // Ended on its own with exit code 0.
-    bool exitedCleanly() const
+    // Ended on its own with exit code 0, and no sanitizer found anything on the way (in a
+    // sanitizer build).
+    bool exitedCleanly()
     {
+        const QString printed = output();
         return m_process.state() == QProcess::NotRunning &&
-               m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+               m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0 &&
+               !printed.contains(QStringLiteral("ERROR: AddressSanitizer")) &&
+               !printed.contains(QStringLiteral("ERROR: LeakSanitizer")) &&
+               !printed.contains(QStringLiteral("runtime error:"));
     }
 
     // SIGTERM, as a session's end or `kill` sends it.
