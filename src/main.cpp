@@ -93,7 +93,10 @@ int main(int argc, char *argv[])
     if (commandLine.needsDisplay())
         EVDisplayServer::choosePlatform();
     else if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // Widget frames are kept as fractions of the main screen: the real one gives them their
+        // real size; without a display, the offscreen platform's screen stands in.
+        qputenv("QT_QPA_PLATFORM",
+                qEnvironmentVariableIsEmpty("DISPLAY") ? "offscreen" : "xcb;offscreen");
 
     int status = EVCommandLine::doneExitCode;
     {

@@ -2,11 +2,11 @@
 #include "LogRecorder.h"
 #include "PixelTools.h"
 #include "TestMain.h"
+#include "TrayPanel.h"
 
 #include "platform/EVTrayHost.h"
 
 #include <QIcon>
-#include <QProcess>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
@@ -14,37 +14,6 @@
 #include <memory>
 
 using namespace std::chrono_literals;
-
-namespace {
-
-// A tray host on the desktop: trayer, as a panel strip at the top right in the given colour.
-class Panel
-{
-public:
-    explicit Panel(const QColor &colour)
-    {
-        m_trayer.start(QStringLiteral("trayer"),
-                       {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
-                        QStringLiteral("right"), QStringLiteral("--widthtype"),
-                        QStringLiteral("pixel"), QStringLiteral("--width"), QStringLiteral("80"),
-                        QStringLiteral("--height"), QStringLiteral("24"),
-                        QStringLiteral("--transparent"), QStringLiteral("true"),
-                        QStringLiteral("--alpha"), QStringLiteral("0"), QStringLiteral("--tint"),
-                        QStringLiteral("0x") + colour.name().mid(1)});
-    }
-    ~Panel()
-    {
-        m_trayer.kill();
-        m_trayer.waitForFinished(5000);
-    }
-
-    bool isRunning() const { return m_trayer.state() == QProcess::Running; }
-
-private:
-    QProcess m_trayer;
-};
-
-} // namespace
 
 // A tray host that turns up after the application (as at login), found by looking again, and
 // the status item's picture as a real tray shows it.
@@ -85,7 +54,7 @@ private Q_SLOTS:
         QVERIFY(tray.isWaiting());
         QCOMPARE(available.size(), 0);
 
-        Panel panel(QColor(0x3c, 0x3f, 0x41));
+        TrayPanel panel(QColor(0x3c, 0x3f, 0x41));
         QTRY_COMPARE_WITH_TIMEOUT(available.size(), 1, 15000);
         QVERIFY(panel.isRunning());
         QVERIFY(tray.isAvailable());
@@ -102,7 +71,7 @@ private Q_SLOTS:
     void statusIconReadsInTheTray()
     {
         QFETCH(QColor, panelColour);
-        Panel panel(panelColour);
+        TrayPanel panel(panelColour);
         QTRY_VERIFY_WITH_TIMEOUT(QSystemTrayIcon::isSystemTrayAvailable(), 15000);
 
         QSystemTrayIcon item(QIcon(QStringLiteral(":/images/status_icon.svg")));

@@ -60,6 +60,25 @@ QRect windowGeometry(WId window)
                  number(QStringLiteral("Height")));
 }
 
+QList<WId> findWindows(qint64 pid, const QString &namePattern, bool onlyVisible)
+{
+    QStringList arguments = {QStringLiteral("search"), QStringLiteral("--all"),
+                             QStringLiteral("--pid"),  QString::number(pid),
+                             QStringLiteral("--name"), namePattern};
+    if (onlyVisible)
+        arguments.insert(1, QStringLiteral("--onlyvisible"));
+    // xdotool fails when it finds nothing: that is an empty list.
+    const QString output = run(QStringLiteral("xdotool"), arguments);
+    QList<WId> windows;
+    for (const QString &line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        bool ok = false;
+        const WId window = line.trimmed().toULongLong(&ok);
+        if (ok)
+            windows.append(window);
+    }
+    return windows;
+}
+
 bool xdotool(const QStringList &arguments)
 {
     bool ok = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -17,6 +18,11 @@ QString windowProperty(WId window, const QString &property);
 
 // The window's rectangle on the screen as the X server has it.
 QRect windowGeometry(WId window);
+
+// The windows of a process (by _NET_WM_PID) whose WM_NAME matches the regular expression (all of
+// them for an empty one), as xdotool finds them; only those mapped and viewable unless asked
+// otherwise.
+QList<WId> findWindows(qint64 pid, const QString &namePattern = QString(), bool onlyVisible = true);
 
 // Runs xdotool with the arguments; true when it succeeded.
 bool xdotool(const QStringList &arguments);
