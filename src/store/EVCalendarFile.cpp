@@ -562,11 +562,7 @@ EVImportReport EVCalendarFile::importInto(EVCoreDataDelegate *store, const QStri
     if (!context)
         return EVImportReport::failure(fileName, 0,
                                        QStringLiteral("the widget store cannot be opened"));
-    QSet<QString> taken;
-    for (const EVWidgetEntry *entry : context->widgetEntries())
-        taken.insert(entry->uuid());
-    for (const EVCustomStyle *style : context->customStyles())
-        taken.insert(style->uuid());
+    QSet<QString> taken = context->usedUuids();
 
     EVImportReport report;
     for (const ImportedEvent &event : imported) {

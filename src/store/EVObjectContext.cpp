@@ -108,3 +108,13 @@ bool EVObjectContext::save(EVError *error)
     m_deletedStyleRows.clear();
     return true;
 }
+
+QSet<QString> EVObjectContext::usedUuids() const
+{
+    QSet<QString> used;
+    for (const EVWidgetEntry *entry : widgetEntries())
+        used.insert(entry->uuid());
+    for (const EVCustomStyle *style : customStyles())
+        used.insert(style->uuid());
+    return used;
+}

@@ -4,6 +4,7 @@
 #include "store/EVStoreFile.h"
 
 #include <QList>
+#include <QSet>
 
 #include <memory>
 #include <vector>
@@ -35,6 +36,8 @@ public:
     QList<EVWidgetEntry *> widgetEntries() const;
     // Every custom style, those attached to no entry included.
     QList<EVCustomStyle *> customStyles() const;
+    // The uuids of every entry and custom style, which a new record must not take.
+    QSet<QString> usedUuids() const;
 
     bool hasChanges() const;
     bool save(EVError *error);

@@ -559,11 +559,7 @@ EVImportReport EVWidgetBackup::importInto(EVCoreDataDelegate *store, const QStri
         return EVImportReport::failure(fileName, 0,
                                        QStringLiteral("the widget store cannot be opened"));
 
-    QSet<QString> taken;
-    for (const EVWidgetEntry *entry : context->widgetEntries())
-        taken.insert(entry->uuid());
-    for (const EVCustomStyle *style : context->customStyles())
-        taken.insert(style->uuid());
+    QSet<QString> taken = context->usedUuids();
 
     EVImportReport report;
     std::vector<const EVBackupReader::StagedWidget *> accepted;
