@@ -23,28 +23,14 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcMain, "tallyvane.main")
 
-void print(FILE *stream, const QString &text)
-{
-    std::fputs(qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')),
-               stream);
-}
-
 int runApplication()
 {
     EVSingleInstance instance(QStringLiteral("tallyvane"));
     switch (instance.claim()) {
-    case EVSingleInstance::Claim::AnotherInstanceRuns: {
+    case EVSingleInstance::Claim::AnotherInstanceRuns:
         // The user looks for the running one: it brings its preferences window forward.
-        const EVSingleInstance::Answer answer =
-            instance.sendRequest({{QStringLiteral("command"), QStringLiteral("activate")}},
-                                 EVSingleInstance::ReplyWanted::Yes);
-        if (!answer.delivered) {
-            print(stderr, QStringLiteral("Tallyvane is running but does not answer: %1")
-                              .arg(answer.errorString));
-            return EVCommandLine::badInputExitCode;
-        }
-        return EVCommandLine::doneExitCode;
-    }
+        return EVCommandRunner::report(EVCommandRunner::sendToRunningInstance(
+            instance, {{QStringLiteral("command"), QStringLiteral("activate")}}));
     case EVSingleInstance::Claim::Failed:
         // Better a second instance than none: the widgets are what the user wants to see.
         qCWarning(lcMain).noquote()
@@ -61,10 +47,8 @@ int runApplication()
     AppController appController;
     AppDelegate appDelegate(&appController);
     appDelegate.applicationDidFinishLaunching(&terminationSignals, &instance);
-    const int status = QApplication::exec();
-    // The end saved everything; windows go before the application object does.
-    appDelegate.applicationWillTerminate();
-    return status;
+    // The end (aboutToQuit) saves everything; the shell goes before the application object.
+    return QApplication::exec();
 }
 
 } // namespace
@@ -77,14 +61,14 @@ int main(int argc, char *argv[])
     const EVCommandLine commandLine(arguments);
     switch (commandLine.action()) {
     case EVCommandLine::Action::Help:
-        print(stdout, commandLine.helpText());
+        EVCommandRunner::print(stdout, commandLine.helpText());
         return EVCommandLine::doneExitCode;
     case EVCommandLine::Action::Version:
-        print(stdout, EVCommandLine::versionText());
+        EVCommandRunner::print(stdout, EVCommandLine::versionText());
         return EVCommandLine::doneExitCode;
     case EVCommandLine::Action::UsageError:
-        print(stderr, commandLine.errorText());
-        print(stderr, commandLine.helpText());
+        EVCommandRunner::print(stderr, commandLine.errorText());
+        EVCommandRunner::print(stderr, commandLine.helpText());
         return EVCommandLine::usageExitCode;
     default:
         break;
@@ -115,7 +99,7 @@ int main(int argc, char *argv[])
             status = EVSnapshot::write(commandLine.file(), &message)
                          ? EVCommandLine::doneExitCode
                          : EVCommandLine::badInputExitCode;
-            print(status == 0 ? stdout : stderr, message);
+            EVCommandRunner::print(status == 0 ? stdout : stderr, message);
             break;
         case EVCommandLine::Action::Command:
             status = EVCommandRunner::run(commandLine);
@@ -125,7 +109,7 @@ int main(int argc, char *argv[])
                              EVLegacyPreferencesFile::Result::Imported
                          ? EVCommandLine::doneExitCode
                          : EVCommandLine::badInputExitCode;
-            print(status == 0 ? stdout : stderr, message);
+            EVCommandRunner::print(status == 0 ? stdout : stderr, message);
             break;
         default:
             status = runApplication();

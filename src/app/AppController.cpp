@@ -45,7 +45,7 @@ AppController::~AppController() = default;
 
 EVAboutBox *AppController::aboutBox() const
 {
-    return m_aboutBox;
+    return m_aboutBox.get();
 }
 
 EVWidgetsManager *AppController::widgetsManager() const
@@ -213,7 +213,7 @@ void AppController::onAlertOpenAtLogin(bool checked)
 void AppController::onAbout()
 {
     if (!m_aboutBox)
-        m_aboutBox = new EVAboutBox;
+        m_aboutBox = std::make_unique<EVAboutBox>();
     m_aboutBox->show();
     m_aboutBox->raise();
     m_aboutBox->activateWindow();

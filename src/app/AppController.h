@@ -4,7 +4,6 @@
 
 #include <QJsonObject>
 #include <QObject>
-#include <QPointer>
 
 #include <memory>
 
@@ -82,5 +81,5 @@ private:
     std::unique_ptr<QMenu> m_statusMenu;
     std::unique_ptr<QSystemTrayIcon> m_statusItem;
     std::unique_ptr<EVTrayHost> m_trayHost;
-    QPointer<EVAboutBox> m_aboutBox;
+    std::unique_ptr<EVAboutBox> m_aboutBox;
 };

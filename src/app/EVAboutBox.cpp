@@ -12,7 +12,6 @@ EVAboutBox::EVAboutBox(QWidget *parent)
     : QDialog(parent)
 {
     setObjectName(QStringLiteral("aboutBox"));
-    setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("About %1").arg(EVAppInfo::name()));
 
     auto *icon = new QLabel(this);

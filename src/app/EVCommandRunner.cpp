@@ -12,19 +12,6 @@
 namespace EVCommandRunner {
 namespace {
 
-int report(const EVCommandResult &result)
-{
-    const auto print = [](FILE *stream, const QString &text) {
-        if (text.isEmpty())
-            return;
-        std::fputs(qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')),
-                   stream);
-    };
-    print(stdout, result.output);
-    print(stderr, result.message);
-    return result.exitCode();
-}
-
 EVCommandResult runHere(const QJsonObject &request, EVSingleInstance &instance)
 {
     // Another start while this command holds the store is told to try again.
@@ -56,16 +43,9 @@ int run(const EVCommandLine &commandLine)
     EVSingleInstance instance(QStringLiteral("tallyvane"));
     EVCommandResult result;
     switch (instance.claim()) {
-    case EVSingleInstance::Claim::AnotherInstanceRuns: {
-        const EVSingleInstance::Answer answer =
-            instance.sendRequest(request, EVSingleInstance::ReplyWanted::Yes);
-        result = answer.delivered
-                     ? EVCommandResult::fromJson(answer.reply)
-                     : EVCommandResult::badInput(
-                           QStringLiteral("Tallyvane is running but does not answer: %1")
-                               .arg(answer.errorString));
+    case EVSingleInstance::Claim::AnotherInstanceRuns:
+        result = sendToRunningInstance(instance, request);
         break;
-    }
     case EVSingleInstance::Claim::Failed:
         result = EVCommandResult::badInput(
             QStringLiteral("The widgets cannot be reached safely: %1").arg(instance.errorString()));
@@ -77,6 +57,31 @@ int run(const EVCommandLine &commandLine)
     if (commandLine.isExport() && result.ok())
         result = EVWidgetCommands::writeExportFile(result, commandLine.file());
     return report(result);
+}
+
+EVCommandResult sendToRunningInstance(const EVSingleInstance &instance, const QJsonObject &request)
+{
+    const EVSingleInstance::Answer answer =
+        instance.sendRequest(request, EVSingleInstance::ReplyWanted::Yes);
+    if (!answer.delivered)
+        return EVCommandResult::badInput(
+            QStringLiteral("Tallyvane is running but does not answer: %1").arg(answer.errorString));
+    return EVCommandResult::fromJson(answer.reply);
+}
+
+int report(const EVCommandResult &result)
+{
+    print(stdout, result.output);
+    print(stderr, result.message);
+    return result.exitCode();
+}
+
+void print(FILE *stream, const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    std::fputs(qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')),
+               stream);
 }
 
 } // namespace EVCommandRunner

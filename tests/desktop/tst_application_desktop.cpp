@@ -163,6 +163,13 @@ void saveOpenAtLogin(bool enabled)
     setting.save();
 }
 
+// SIGTERM: the program saves and quits, exiting 0 with nothing reported.
+bool endsCleanly(Program &program)
+{
+    program.terminate();
+    return program.waitForExit() && program.exitedCleanly();
+}
+
 QPoint centre(const QRect &rect)
 {
     return rect.topLeft() + QPoint(rect.width() / 2, rect.height() / 2);
@@ -296,9 +303,7 @@ private Q_SLOTS:
         QVERIFY(m_panel->geometry().contains(shown));
         QVERIFY(shown.width() >= 16);
         QVERIFY(shown.height() >= 16);
-        tallyvane->terminate();
-        QVERIFY(tallyvane->waitForExit());
-        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+        QVERIFY2(endsCleanly(*tallyvane), qPrintable(tallyvane->output()));
     }
 
     void trayAboutOpensTheAboutBox()
@@ -312,9 +317,7 @@ private Q_SLOTS:
         QVERIFY(chooseFromTrayMenu(*tallyvane, icon, MenuItem::About));
         QVERIFY(tallyvane->waitForWindow(aboutWindowName));
         QVERIFY(tallyvane->windows(preferencesWindowName).isEmpty());
-        tallyvane->terminate();
-        QVERIFY(tallyvane->waitForExit());
-        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+        QVERIFY2(endsCleanly(*tallyvane), qPrintable(tallyvane->output()));
     }
 
     void trayPreferencesOpensThePreferencesWindow()
@@ -330,9 +333,7 @@ private Q_SLOTS:
         QVERIFY(chooseFromTrayMenu(*tallyvane, icon, MenuItem::Preferences));
         QVERIFY(tallyvane->waitForWindow(preferencesWindowName));
         QVERIFY(tallyvane->windows(aboutWindowName).isEmpty());
-        tallyvane->terminate();
-        QVERIFY(tallyvane->waitForExit());
-        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+        QVERIFY2(endsCleanly(*tallyvane), qPrintable(tallyvane->output()));
     }
 
     void trayQuitWithOpenAtLoginQuitsWithoutAQuestion()
@@ -398,9 +399,7 @@ private Q_SLOTS:
         QVERIFY2(first->waitForWindow(preferencesWindowName), qPrintable(first->output()));
         QVERIFY(first->isRunning());
 
-        first->terminate();
-        QVERIFY(first->waitForExit());
-        QVERIFY2(first->exitedCleanly(), qPrintable(first->output()));
+        QVERIFY2(endsCleanly(*first), qPrintable(first->output()));
     }
 
     void doubleClickOnAWidgetOpensThePreferencesWindow()
@@ -418,9 +417,7 @@ private Q_SLOTS:
         QVERIFY2(tallyvane->waitForWindow(preferencesWindowName), qPrintable(tallyvane->output()));
         // A click is not a drag: the widget stayed where it was.
         QCOMPARE(DesktopTools::windowGeometry(widget), stored.toRect());
-        tallyvane->terminate();
-        QVERIFY(tallyvane->waitForExit());
-        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+        QVERIFY2(endsCleanly(*tallyvane), qPrintable(tallyvane->output()));
     }
 
     void sigtermSavesAWidgetMovedByDragging()
@@ -439,9 +436,7 @@ private Q_SLOTS:
         QTRY_COMPARE(DesktopTools::windowGeometry(widget).topLeft(),
                      stored.toRect().topLeft() + by);
 
-        tallyvane->terminate();
-        QVERIFY(tallyvane->waitForExit());
-        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+        QVERIFY2(endsCleanly(*tallyvane), qPrintable(tallyvane->output()));
         EVCoreDataDelegate saved;
         const QList<EVWidgetEntry *> entries = saved.fetchWidgetEntries();
         QCOMPARE(entries.size(), 1);
@@ -482,9 +477,7 @@ private Q_SLOTS:
 
         QVERIFY(clickAt(on));
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entry), startTimeout);
-        tallyvane->terminate();
-        QVERIFY(tallyvane->waitForExit());
-        QVERIFY2(tallyvane->exitedCleanly(), qPrintable(tallyvane->output()));
+        QVERIFY2(endsCleanly(*tallyvane), qPrintable(tallyvane->output()));
         // The choice is kept with the entry.
         QVERIFY(QFile::exists(entry));
         QVERIFY(EVAppSetting::readFromUserDefaults().openAtLogin());
@@ -512,9 +505,7 @@ private Q_SLOTS:
         QVERIFY(taken.open(QIODevice::ReadOnly));
         QCOMPARE(taken.readLine().trimmed().toLongLong(), next->pid());
 
-        next->terminate();
-        QVERIFY(next->waitForExit());
-        QVERIFY2(next->exitedCleanly(), qPrintable(next->output()));
+        QVERIFY2(endsCleanly(*next), qPrintable(next->output()));
     }
 
     void snapshotWritesAPictureOfTheStoredWidgets()
