@@ -1,7 +1,8 @@
 #include "StoreSnapshot.h"
 
+#include "TestEnvironment.h"
+
 #include <QDir>
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -99,10 +100,4 @@ QString StoreSnapshot::differenceFrom(const StoreSnapshot &other) const
     if (difference.isEmpty())
         difference = firstDifference(QStringLiteral("picture"), pictures, other.pictures);
     return difference;
-}
-
-QByteArray fileContents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
