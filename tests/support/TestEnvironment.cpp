@@ -114,6 +114,11 @@ PinnedClock::~PinnedClock()
     EVClock::unpin();
 }
 
+QDateTime localDateTime(int year, int month, int day, int hour, int minute, int second)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second));
+}
+
 bool setOffscreenScreenSize(int width, int height)
 {
     if (QGuiApplication::platformName() != QLatin1String("offscreen"))

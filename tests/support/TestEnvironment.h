@@ -60,5 +60,8 @@ public:
     PinnedClock &operator=(const PinnedClock &) = delete;
 };
 
+// A wall-clock time in the process's own time zone.
+QDateTime localDateTime(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
+
 // Resizes the offscreen platform's only screen (the main screen); false on other platforms.
 bool setOffscreenScreenSize(int width, int height);
