@@ -4,6 +4,7 @@
 // window can be made of; and what is saved must read back as the same widgets.
 #include "FuzzChecks.h"
 
+#include "platform/EVPaths.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"
 #include "store/EVObjectContext.h"
@@ -13,7 +14,6 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QSet>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <cstdint>
@@ -62,12 +62,11 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                           QStringLiteral("/com.velto.tallyvane");
+    const QString folder = EVPaths::applicationFilesDirectory();
     QDir(folder).removeRecursively();
-    QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).removeRecursively();
+    QDir(EVPaths::documentsDirectory()).removeRecursively();
     QDir().mkpath(folder);
-    QFile file(folder + QStringLiteral("/TallyWidgets.storedata"));
+    QFile file(EVCoreDataDelegate().storeFilePath());
     if (!file.open(QIODevice::WriteOnly))
         return 0;
     file.write(reinterpret_cast<const char *>(data), qint64(size));

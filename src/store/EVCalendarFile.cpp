@@ -4,12 +4,12 @@
 #include "store/EVCalendarLines.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"
+#include "store/EVManagedRecord.h"
 #include "store/EVObjectContext.h"
 #include "store/EVReminderLead.h"
 #include "store/EVWidgetEntry.h"
 
 #include <QDateTime>
-#include <QRegularExpression>
 #include <QSet>
 #include <QTimeZone>
 #include <QUuid>
@@ -409,11 +409,9 @@ std::optional<EVReminderLead> EventReader::reminder() const
 
 QString EventReader::widgetUuid(const QString &uid)
 {
-    static const QRegularExpression ours(
-        QStringLiteral("^[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}$"));
     if (uid.isEmpty())
         return QString();
-    if (ours.match(uid).hasMatch())
+    if (EVManagedRecord::isUuid(uid))
         return uid;
     return QUuid::createUuidV5(uidNamespace, uid).toString(QUuid::WithoutBraces).toUpper();
 }

@@ -227,13 +227,6 @@ QByteArray pictureOf(const QString &pathField)
     return pathField.isEmpty() ? QByteArray() : EVPictureFile::read(pathField);
 }
 
-// Identifiers name picture files, so one from a file must be a plain file name.
-bool isFileName(const QString &uuid)
-{
-    return !uuid.isEmpty() && uuid != QLatin1String(".") && uuid != QLatin1String("..") &&
-           !uuid.contains(QLatin1Char('/')) && !uuid.contains(QChar(0));
-}
-
 } // namespace
 
 // The widgets of a backup, read and checked as a whole before anything of them reaches the
@@ -440,7 +433,8 @@ bool EVBackupReader::readRecord(const QJsonObject &object, const QStringList &pa
 bool EVBackupReader::claimUuid(const QString &uuid, const QStringList &path, const QString &label,
                                QString *error)
 {
-    if (!isFileName(uuid)) {
+    // Identifiers name picture files, so one from a file must be a plain file name.
+    if (!EVPictureFile::isFileName(uuid)) {
         *error = fail(path, QStringLiteral("%1: \"uuid\" must be a name without \"/\"").arg(label));
         return false;
     }

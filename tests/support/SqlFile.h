@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QSqlDatabase>
+#include <QSqlRecord>
 #include <QString>
 #include <QVariant>
 
@@ -10,7 +11,10 @@
 class SqlFile
 {
 public:
-    explicit SqlFile(const QString &path);
+    enum Access { ReadWrite, ReadOnly };
+
+    // A file opened read-only is never created or changed.
+    explicit SqlFile(const QString &path, Access access = ReadWrite);
     ~SqlFile();
     SqlFile(const SqlFile &) = delete;
     SqlFile &operator=(const SqlFile &) = delete;
@@ -22,6 +26,8 @@ public:
     QVariant value(const QString &query);
     // Every row of a query, each as its list of columns.
     QList<QVariantList> rows(const QString &query);
+    // Every row of a query with its columns' names; none when the query fails.
+    QList<QSqlRecord> records(const QString &query);
 
 private:
     QString m_connectionName;

@@ -1,11 +1,10 @@
 #include "StoreSnapshot.h"
 
+#include "SqlFile.h"
+#include "TestEnvironment.h"
+
 #include <QDir>
-#include <QFile>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QSqlRecord>
-#include <QUuid>
 
 namespace {
 
@@ -20,19 +19,15 @@ QString valueText(const QVariant &value)
     return QStringLiteral("text:") + value.toString();
 }
 
-QMap<QString, StoreSnapshot::Row> rows(QSqlDatabase &database, const QString &select)
+QMap<QString, StoreSnapshot::Row> rows(SqlFile &file, const QString &select)
 {
     QMap<QString, StoreSnapshot::Row> result;
-    QSqlQuery query(database);
-    if (!query.exec(select))
-        return result;
-    while (query.next()) {
+    for (const QSqlRecord &record : file.records(select)) {
         StoreSnapshot::Row row;
-        const QSqlRecord record = query.record();
         for (int i = 0; i < record.count(); ++i) {
             if (record.fieldName(i) != QLatin1String("id") &&
                 record.fieldName(i) != QLatin1String("widget_id"))
-                row.insert(record.fieldName(i), valueText(query.value(i)));
+                row.insert(record.fieldName(i), valueText(record.value(i)));
         }
         result.insert(row.value(QStringLiteral("uuid")), row);
     }
@@ -70,20 +65,13 @@ QString firstDifference(const QString &what, const QMap<QString, T> &a, const QM
 StoreSnapshot StoreSnapshot::take(const QString &storeFile, const QString &pictureFolder)
 {
     StoreSnapshot snapshot;
-    const QString connection = QUuid::createUuid().toString();
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        database.setDatabaseName(storeFile);
-        database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-        if (database.open()) {
-            snapshot.entries = rows(database, QStringLiteral("SELECT * FROM widget_entry"));
-            snapshot.styles =
-                rows(database, QStringLiteral("SELECT s.*, w.uuid AS widget_uuid FROM custom_style "
-                                              "s LEFT JOIN widget_entry w ON s.widget_id = w.id"));
-            database.close();
-        }
+    SqlFile file(storeFile, SqlFile::ReadOnly);
+    if (file.isOpen()) {
+        snapshot.entries = rows(file, QStringLiteral("SELECT * FROM widget_entry"));
+        snapshot.styles =
+            rows(file, QStringLiteral("SELECT s.*, w.uuid AS widget_uuid FROM custom_style s "
+                                      "LEFT JOIN widget_entry w ON s.widget_id = w.id"));
     }
-    QSqlDatabase::removeDatabase(connection);
 
     const QDir folder(pictureFolder);
     for (const QString &name : folder.entryList(QDir::Files))
@@ -99,10 +87,4 @@ QString StoreSnapshot::differenceFrom(const StoreSnapshot &other) const
     if (difference.isEmpty())
         difference = firstDifference(QStringLiteral("picture"), pictures, other.pictures);
     return difference;
-}
-
-QByteArray fileContents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

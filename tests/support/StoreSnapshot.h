@@ -20,6 +20,3 @@ struct StoreSnapshot
     // The first difference, for a failure message; empty when there is none.
     QString differenceFrom(const StoreSnapshot &other) const;
 };
-
-// A file's bytes; none when it cannot be read.
-QByteArray fileContents(const QString &path);

@@ -81,6 +81,17 @@ QString TestHome::applicationFilesPath() const
     return EVPaths::applicationFilesDirectory();
 }
 
+QString TestHome::storeFilePath() const
+{
+    return applicationFilesPath() + QStringLiteral("/TallyWidgets.storedata");
+}
+
+QByteArray fileContents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 ScopedEnvironment::ScopedEnvironment(const char *name, const QByteArray &value)
     : m_name(name)
     , m_previous(currentValue(name))
@@ -101,6 +112,11 @@ PinnedClock::PinnedClock(const QDateTime &instant)
 PinnedClock::~PinnedClock()
 {
     EVClock::unpin();
+}
+
+QDateTime localDateTime(int year, int month, int day, int hour, int minute, int second)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second));
 }
 
 bool setOffscreenScreenSize(int width, int height)

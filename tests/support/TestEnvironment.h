@@ -23,6 +23,8 @@ public:
     QString documentsPath() const;
     QString pictureFolderPath() const;
     QString applicationFilesPath() const;
+    // Where the widget store keeps its file.
+    QString storeFilePath() const;
 
 private:
     static void followConfigLocation();
@@ -30,6 +32,9 @@ private:
     QTemporaryDir m_dir;
     QHash<QByteArray, std::optional<QByteArray>> m_saved;
 };
+
+// A file's bytes; none when it cannot be read.
+QByteArray fileContents(const QString &path);
 
 // Sets an environment variable for the lifetime of the object.
 class ScopedEnvironment
@@ -54,6 +59,9 @@ public:
     PinnedClock(const PinnedClock &) = delete;
     PinnedClock &operator=(const PinnedClock &) = delete;
 };
+
+// A wall-clock time in the process's own time zone.
+QDateTime localDateTime(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
 
 // Resizes the offscreen platform's only screen (the main screen); false on other platforms.
 bool setOffscreenScreenSize(int width, int height);

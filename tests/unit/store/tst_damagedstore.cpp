@@ -33,17 +33,6 @@ class TestDamagedStore : public QObject
 private:
     std::unique_ptr<TestHome> m_home;
 
-    QString storePath() const
-    {
-        return m_home->applicationFilesPath() + QStringLiteral("/TallyWidgets.storedata");
-    }
-
-    static QByteArray fileContents(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
     static bool writeFile(const QString &path, const QByteArray &bytes)
     {
         QFile file(path);
@@ -132,14 +121,14 @@ private:
             }
             store.save();
         }
-        return fileContents(storePath());
+        return fileContents(m_home->storeFilePath());
     }
 
     // The outcome of opening the store file as it is: either every one of the expected
     // entries, or the failure path with nothing loaded and the file left as it was.
     void verifyLoadsAllOrFails(int expectedEntries, const QString &what)
     {
-        const QByteArray before = fileContents(storePath());
+        const QByteArray before = fileContents(m_home->storeFilePath());
         StoreReports reports;
         int loaded = 0;
         {
@@ -159,7 +148,7 @@ private:
         QCOMPARE(reports.errors.size(), 1);
         QCOMPARE(reports.alerts.shown().size(), 1);
         QCOMPARE(reports.terminations.requests(), 1);
-        QVERIFY2(fileContents(storePath()) == before,
+        QVERIFY2(fileContents(m_home->storeFilePath()) == before,
                  qPrintable(what + QStringLiteral(": changed")));
     }
 
@@ -185,17 +174,18 @@ private Q_SLOTS:
     {
         QFETCH(int, version);
         saveEntries({QStringLiteral("kept")});
-        QVERIFY(SqlFile(storePath()).exec(QStringLiteral("PRAGMA user_version = %1").arg(version)));
-        const QByteArray before = fileContents(storePath());
+        QVERIFY(SqlFile(m_home->storeFilePath())
+                    .exec(QStringLiteral("PRAGMA user_version = %1").arg(version)));
+        const QByteArray before = fileContents(m_home->storeFilePath());
 
         StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         QVERIFY(store.fetchWidgetEntries().isEmpty());
         QCOMPARE(reports.errors.size(), 1);
-        QVERIFY(reports.errors.at(0).localizedDescription.contains(storePath()));
+        QVERIFY(reports.errors.at(0).localizedDescription.contains(m_home->storeFilePath()));
         QCOMPARE(reports.terminations.requests(), 1);
-        QCOMPARE(fileContents(storePath()), before);
+        QCOMPARE(fileContents(m_home->storeFilePath()), before);
     }
 
     void storedFrameThatCannotBeShownCountsAsNoFrame_data()
@@ -253,9 +243,9 @@ private Q_SLOTS:
         QVERIFY(row > 0);
         const qsizetype page = row / pageSize(file);
         QVERIFY(page > 0);
-        QVERIFY(writeFile(storePath(), withPageOverwritten(file, page, 30)));
+        QVERIFY(writeFile(m_home->storeFilePath(), withPageOverwritten(file, page, 30)));
 
-        const QByteArray damaged = fileContents(storePath());
+        const QByteArray damaged = fileContents(m_home->storeFilePath());
         StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
@@ -266,7 +256,7 @@ private Q_SLOTS:
                  QStringLiteral("Wow, database initial failed!"));
         QCOMPARE(reports.mail.opened().size(), 1);
         QCOMPARE(reports.terminations.requests(), 1);
-        QCOMPARE(fileContents(storePath()), damaged);
+        QCOMPARE(fileContents(m_home->storeFilePath()), damaged);
     }
 
     void storeOfSixtyWithAnyPageOverwrittenLoadsAllOrFails()
@@ -276,7 +266,8 @@ private Q_SLOTS:
         QVERIFY(pages >= 8);
         for (qsizetype page = 0; page < pages; ++page) {
             for (quint32 seed : {1u, 2u}) {
-                QVERIFY(writeFile(storePath(), withPageOverwritten(pristine, page, seed)));
+                QVERIFY(
+                    writeFile(m_home->storeFilePath(), withPageOverwritten(pristine, page, seed)));
                 verifyLoadsAllOrFails(60, QStringLiteral("page %1, seed %2").arg(page).arg(seed));
                 if (QTest::currentTestFailed())
                     return;
@@ -298,7 +289,7 @@ private Q_SLOTS:
             store.save();
         }
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             QVERIFY(file.exec(QStringLiteral("UPDATE custom_style SET widget_id = 0, id = -3")));
             QVERIFY(file.exec(QStringLiteral("UPDATE widget_entry SET id = 0 WHERE id = 1")));
             QVERIFY(file.exec(QStringLiteral("UPDATE widget_entry SET id = -7 WHERE id = 2")));
@@ -315,7 +306,7 @@ private Q_SLOTS:
             store.save();
             QVERIFY(reports.errors.isEmpty());
         }
-        SqlFile file(storePath());
+        SqlFile file(m_home->storeFilePath());
         QCOMPARE(file.value(QStringLiteral("SELECT count(*) FROM widget_entry")).toInt(), 2);
         QCOMPARE(file.value(QStringLiteral("SELECT count(*) FROM custom_style")).toInt(), 1);
     }
@@ -328,7 +319,7 @@ private Q_SLOTS:
             store.save();
         }
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             QVERIFY(file.exec(QStringLiteral("UPDATE widget_entry SET uuid = '../escape', "
                                              "icon_file_path = NULL, iconfile = X'69636F6E'")));
             QVERIFY(file.exec(QStringLiteral("UPDATE custom_style SET uuid = '../../style', "
@@ -359,7 +350,7 @@ private Q_SLOTS:
         }
         QVERIFY(writeFile(m_home->documentsPath() + QStringLiteral("/private"), "not a picture"));
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             QVERIFY(file.exec(QStringLiteral(
                 "UPDATE widget_entry SET icon_file_path = '../private', iconfile = NULL")));
             QVERIFY(
@@ -385,7 +376,7 @@ private Q_SLOTS:
             store.save();
         }
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             QVERIFY(file.exec(QStringLiteral("UPDATE widget_entry SET uuid = (SELECT uuid FROM "
                                              "widget_entry WHERE id = 1), icon_file_path = (SELECT "
                                              "icon_file_path FROM widget_entry WHERE id = 1) "
@@ -425,7 +416,7 @@ private Q_SLOTS:
         QByteArray garbage;
         for (int i = 0; i < 4096; ++i)
             garbage.append(char((i * 7919) % 251));
-        QVERIFY(writeFile(storePath(), garbage));
+        QVERIFY(writeFile(m_home->storeFilePath(), garbage));
 
         StoreReports reports;
         EVCoreDataDelegate store;
@@ -440,7 +431,7 @@ private Q_SLOTS:
         QCOMPARE(reports.alerts.shown().size(), 1);
         QCOMPARE(reports.mail.opened().size(), 1);
         QCOMPARE(reports.terminations.requests(), 1);
-        QCOMPARE(fileContents(storePath()), garbage);
+        QCOMPARE(fileContents(m_home->storeFilePath()), garbage);
     }
 
     void everyColumnWrongNullOrExtremeOpensShowsEveryWidgetAndSaves()
@@ -470,7 +461,7 @@ private Q_SLOTS:
                                  QStringLiteral("'{{nan, nan}, {inf, inf}}'"),
                                  QStringLiteral("'6F9619FF-8B86-D011-B42D-00C04FC964FF'")};
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             for (const QString &table :
                  {QStringLiteral("widget_entry"), QStringLiteral("custom_style")}) {
                 QStringList columns = EVStoreFile::tableColumns(table);
@@ -541,7 +532,7 @@ private Q_SLOTS:
     {
         saveEntries({});
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             QVERIFY(file.exec(QStringLiteral(
                 "INSERT INTO widget_entry (uuid, countdown_unit, dateformat, event_creation_date, "
                 "event_date, event_title, ignored_day_type, interval_alert_unit, "
@@ -600,7 +591,7 @@ private Q_SLOTS:
             store.save();
         }
         QVERIFY(
-            SqlFile(storePath())
+            SqlFile(m_home->storeFilePath())
                 .exec(QStringLiteral("UPDATE widget_entry SET style_index = %1").arg(styleIndex)));
         EVCoreDataDelegate store;
         QCOMPARE(store.fetchWidgetEntries().value(0)->styleIndex(), 9);
@@ -611,7 +602,7 @@ private Q_SLOTS:
         saveEntries(
             {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")});
         QVERIFY(
-            SqlFile(storePath())
+            SqlFile(m_home->storeFilePath())
                 .exec(QStringLiteral("UPDATE widget_entry SET keep_top = 9, uuid = 'not a uuid'")));
         LogRecorder log("tallyvane.store");
         EVCoreDataDelegate store;
@@ -649,11 +640,11 @@ private Q_SLOTS:
         QFETCH(QStringList, changes);
         saveEntries({QStringLiteral("a")});
         {
-            SqlFile file(storePath());
+            SqlFile file(m_home->storeFilePath());
             for (const QString &statement : changes)
                 QVERIFY(file.exec(statement));
         }
-        const QByteArray before = fileContents(storePath());
+        const QByteArray before = fileContents(m_home->storeFilePath());
         StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
@@ -661,7 +652,7 @@ private Q_SLOTS:
         store.addWidgetEntry();
         store.save();
         QCOMPARE(reports.errors.size(), 1);
-        QCOMPARE(fileContents(storePath()), before);
+        QCOMPARE(fileContents(m_home->storeFilePath()), before);
     }
 };
 

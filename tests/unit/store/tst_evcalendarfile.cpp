@@ -20,11 +20,6 @@ private:
     std::unique_ptr<PinnedClock> m_clock;
     std::unique_ptr<EVCoreDataDelegate> m_store;
 
-    static QDateTime local(int y, int mo, int d, int h = 0, int mi = 0, int s = 0)
-    {
-        return QDateTime(QDate(y, mo, d), QTime(h, mi, s));
-    }
-
     // Lines joined by CRLF, as the standard wants them.
     static QByteArray crlf(const QByteArray &text)
     {
@@ -58,7 +53,7 @@ private Q_SLOTS:
     void init()
     {
         m_home = std::make_unique<TestHome>();
-        m_clock = std::make_unique<PinnedClock>(local(2025, 6, 15, 12));
+        m_clock = std::make_unique<PinnedClock>(localDateTime(2025, 6, 15, 12));
         m_store = std::make_unique<EVCoreDataDelegate>();
     }
     void cleanup()
@@ -80,7 +75,7 @@ private Q_SLOTS:
                                                   "END:VEVENT\n"));
         QVERIFY(entry);
         QCOMPARE(entry->eventTitle(), QStringLiteral("Christmas Eve"));
-        QCOMPARE(entry->eventDate(), local(2025, 12, 24));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 12, 24));
         QCOMPARE(entry->timeElement(), false);
         QCOMPARE(entry->note(), QStringLiteral("Presents, tree; and\ncarols"));
         QCOMPARE(entry->soundAlert(), false);
@@ -98,7 +93,7 @@ private Q_SLOTS:
                                                   "DTSTART:20250701T160000Z\n"
                                                   "SUMMARY:Launch\nEND:VEVENT\n"));
         QVERIFY(entry);
-        QCOMPARE(entry->eventDate(), local(2025, 7, 1, 12));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 7, 1, 12));
         QCOMPARE(entry->timeElement(), true);
         QCOMPARE(entry->note(), QStringLiteral(""));
     }
@@ -132,7 +127,7 @@ private Q_SLOTS:
                                                   "END:VEVENT\n"));
         QVERIFY(entry);
         // 10:00 summer time in Berlin is 08:00 UTC, 04:00 in New York.
-        QCOMPARE(entry->eventDate(), local(2025, 7, 1, 4));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 7, 1, 4));
         QCOMPARE(entry->eventTitle(), QStringLiteral("Besprechung"));
     }
 
@@ -143,7 +138,7 @@ private Q_SLOTS:
                                                   "DTSTART;TZID=Asia/Tokyo:20250701T090000\n"
                                                   "SUMMARY:Tokyo\nEND:VEVENT\n"));
         QVERIFY(entry);
-        QCOMPARE(entry->eventDate(), local(2025, 6, 30, 20));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 6, 30, 20));
         QCOMPARE(entry->timeElement(), true);
     }
 
@@ -154,7 +149,7 @@ private Q_SLOTS:
                                                   "DTSTART:20250701T090000\n"
                                                   "SUMMARY:Alarm clock\nEND:VEVENT\n"));
         QVERIFY(entry);
-        QCOMPARE(entry->eventDate(), local(2025, 7, 1, 9));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 7, 1, 9));
     }
 
     void floatingTimeThatSummerTimeSkipsIsReadWithTheOffsetBefore()
@@ -206,7 +201,7 @@ private Q_SLOTS:
                                                   "EXDATE:20250616T100000Z\n"
                                                   "SUMMARY:Stand-up\nEND:VEVENT\n"));
         QVERIFY(entry);
-        QCOMPARE(entry->eventDate(), local(2025, 6, 23, 6));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 6, 23, 6));
     }
 
     void minutelyRuleFromLongAgoFindsTheNextOccurrence()
@@ -217,7 +212,7 @@ private Q_SLOTS:
                                                   "RRULE:FREQ=MINUTELY;INTERVAL=15\n"
                                                   "SUMMARY:Often\nEND:VEVENT\n"));
         QVERIFY(entry);
-        QCOMPARE(entry->eventDate(), local(2025, 6, 15, 12, 0, 30));
+        QCOMPARE(entry->eventDate(), localDateTime(2025, 6, 15, 12, 0, 30));
     }
 
     void finishedSeriesKeepsItsLastOccurrence()
@@ -228,7 +223,7 @@ private Q_SLOTS:
                                                   "RRULE:FREQ=WEEKLY;COUNT=3\n"
                                                   "SUMMARY:Course\nEND:VEVENT\n"));
         QVERIFY(entry);
-        QCOMPARE(entry->eventDate(), local(2020, 1, 20));
+        QCOMPARE(entry->eventDate(), localDateTime(2020, 1, 20));
     }
 
     void alarmBeforeTheStartArmsTheReminder_data()
@@ -385,9 +380,9 @@ private Q_SLOTS:
         QVERIFY2(report.ok(), qPrintable(report.error));
         QCOMPARE(report.added.size(), 2);
         // 9:00 on the first day of winter time in Los Angeles is 17:00 UTC, 12:00 in New York.
-        QCOMPARE(report.added.at(0)->eventDate(), local(2025, 11, 2, 12));
+        QCOMPARE(report.added.at(0)->eventDate(), localDateTime(2025, 11, 2, 12));
         QCOMPARE(report.added.at(0)->eventTitle(), QStringLiteral("Brunch"));
-        QCOMPARE(report.added.at(1)->eventDate(), local(2025, 9, 10, 13));
+        QCOMPARE(report.added.at(1)->eventDate(), localDateTime(2025, 9, 10, 13));
         QCOMPARE(report.added.at(1)->eventTitle(), QStringLiteral(""));
     }
 
@@ -431,7 +426,7 @@ private Q_SLOTS:
                                     "END:VEVENT\n"));
         QVERIFY2(report.ok(), qPrintable(report.error));
         QCOMPARE(report.added.size(), 1);
-        QCOMPARE(report.added.at(0)->eventDate(), local(2025, 7, 1));
+        QCOMPARE(report.added.at(0)->eventDate(), localDateTime(2025, 7, 1));
         QCOMPARE(report.skipped.size(), 1);
     }
 
@@ -439,13 +434,13 @@ private Q_SLOTS:
     {
         EVWidgetEntry *dated = m_store->addWidgetEntry();
         dated->setEventTitle(QStringLiteral("Dated"));
-        dated->setEventDate(local(2025, 8, 1, 15, 30));
+        dated->setEventDate(localDateTime(2025, 8, 1, 15, 30));
         dated->setTimeElement(true);
         dated->setSoundAlert(true);
         dated->setIntervalBeforeAlert(15);
         dated->setIntervalAlertUnit(1);
         EVWidgetEntry *allDay = m_store->addWidgetEntry();
-        allDay->setEventDate(local(2025, 9, 2, 8));
+        allDay->setEventDate(localDateTime(2025, 9, 2, 8));
         allDay->setTimeElement(false);
         EVWidgetEntry *undated = m_store->addWidgetEntry();
         undated->setEventDate(QDateTime());
@@ -492,14 +487,14 @@ private Q_SLOTS:
             a->setIntervalAlertUnit(1);
             EVWidgetEntry *b = m_store->addWidgetEntry();
             b->setEventTitle(QStringLiteral("All day, but made at a time of day"));
-            b->setEventDate(local(2025, 12, 31, 17, 45, 12));
+            b->setEventDate(localDateTime(2025, 12, 31, 17, 45, 12));
             b->setTimeElement(false);
             b->setSoundAlert(true);
             b->setIntervalBeforeAlert(2);
             b->setIntervalAlertUnit(4);
             EVWidgetEntry *c = m_store->addWidgetEntry();
             c->setEventTitle(QStringLiteral(""));
-            c->setEventDate(local(1969, 7, 20, 16, 17, 40).addMSecs(-250));
+            c->setEventDate(localDateTime(1969, 7, 20, 16, 17, 40).addMSecs(-250));
             c->setTimeElement(true);
             for (const EVWidgetEntry *entry : m_store->fetchWidgetEntries())
                 before.append(fields(entry));

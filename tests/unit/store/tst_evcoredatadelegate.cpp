@@ -23,17 +23,6 @@ class TestEVCoreDataDelegate : public QObject
 private:
     std::unique_ptr<TestHome> m_home;
 
-    QString storePath() const
-    {
-        return m_home->applicationFilesPath() + QStringLiteral("/TallyWidgets.storedata");
-    }
-
-    static QByteArray fileContents(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
     static int runWriter(const QStringList &arguments)
     {
         QProcess writer;
@@ -65,7 +54,7 @@ private Q_SLOTS:
 
         QVERIFY(store.fetchWidgetEntries().isEmpty());
         QVERIFY(QFileInfo(m_home->applicationFilesPath()).isDir());
-        QVERIFY(QFileInfo(storePath()).isFile());
+        QVERIFY(QFileInfo(m_home->storeFilePath()).isFile());
         QCOMPARE(QFileInfo(store.storeFilePath()).fileName(),
                  QStringLiteral("TallyWidgets.storedata"));
         QVERIFY(reports.errors.isEmpty());
@@ -121,7 +110,7 @@ private Q_SLOTS:
         QByteArray garbage;
         for (int i = 0; i < 4096; ++i)
             garbage.append(char((i * 7919) % 251));
-        QFile file(storePath());
+        QFile file(m_home->storeFilePath());
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(garbage);
         file.close();
@@ -134,7 +123,7 @@ private Q_SLOTS:
         QCOMPARE(reports.alerts.shown().at(0).messageText,
                  QStringLiteral("Wow, database initial failed!"));
         QVERIFY(reports.terminations.requests() >= 1);
-        QCOMPARE(fileContents(storePath()), garbage);
+        QCOMPARE(fileContents(m_home->storeFilePath()), garbage);
     }
 
     void storeFromANewerVersionIsReportedAndLeftUntouched()
@@ -144,25 +133,25 @@ private Q_SLOTS:
             store.addWidgetEntry();
             store.save();
         }
-        QVERIFY(SqlFile(storePath())
+        QVERIFY(SqlFile(m_home->storeFilePath())
                     .exec(QStringLiteral("PRAGMA user_version = %1")
                               .arg(EVStoreFile::schemaVersion + 1)));
-        const QByteArray before = fileContents(storePath());
+        const QByteArray before = fileContents(m_home->storeFilePath());
 
         StoreReports reports;
         EVCoreDataDelegate store;
         reports.watch(store);
         QVERIFY(store.fetchWidgetEntries().isEmpty());
         QVERIFY(!reports.errors.isEmpty());
-        QVERIFY(reports.errors.at(0).localizedDescription.contains(storePath()));
-        QCOMPARE(fileContents(storePath()), before);
+        QVERIFY(reports.errors.at(0).localizedDescription.contains(m_home->storeFilePath()));
+        QCOMPARE(fileContents(m_home->storeFilePath()), before);
     }
 
     void everyColumnTheStoreUsesIsInTheFileWithItsType()
     {
         EVCoreDataDelegate store;
         QVERIFY(store.managedObjectContext());
-        SqlFile file(storePath());
+        SqlFile file(m_home->storeFilePath());
         for (const QString &table :
              {QStringLiteral("widget_entry"), QStringLiteral("custom_style")}) {
             QList<EVStoreFile::ColumnType> inFile;

@@ -18,12 +18,6 @@ class TestEVWidgetEntry : public QObject
 private:
     std::unique_ptr<TestHome> m_home;
 
-    static QByteArray fileContents(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
 private Q_SLOTS:
     void init() { m_home = std::make_unique<TestHome>(); }
     void cleanup()
