@@ -66,6 +66,20 @@ private:
         {
             return !interval()->isEnabled() && !intervalUnit()->isEnabled();
         }
+        // Selects "Holiday" and gives its entry.
+        EVWidgetEntry *showHoliday()
+        {
+            clickRow(1);
+            return entries().at(1);
+        }
+        // The lead time field, focused with its text selected, to be typed over.
+        QLineEdit *intervalToTypeOver() const
+        {
+            QLineEdit *field = interval();
+            field->setFocus();
+            field->selectAll();
+            return field;
+        }
         QList<FLUserNotification *> delivered() const { return center.deliveredNotifications(); }
 
         PinnedClock clock{now};
@@ -147,11 +161,8 @@ private Q_SLOTS:
     void typingFifteenStoresOneThenFifteen()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
-        QLineEdit *interval = note.interval();
-        interval->setFocus();
-        interval->selectAll();
+        EVWidgetEntry *holiday = note.showHoliday();
+        QLineEdit *interval = note.intervalToTypeOver();
         QTest::keyClick(interval, Qt::Key_Backspace);
         QCOMPARE(holiday->intervalBeforeAlert(), 0);
         const quint64 before = holiday->revision();
@@ -166,11 +177,8 @@ private Q_SLOTS:
     void typingAbcStoresZero()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
-        QLineEdit *interval = note.interval();
-        interval->setFocus();
-        interval->selectAll();
+        EVWidgetEntry *holiday = note.showHoliday();
+        QLineEdit *interval = note.intervalToTypeOver();
         QTest::keyClick(interval, Qt::Key_A);
         QCOMPARE(holiday->intervalBeforeAlert(), 0);
         QTest::keyClicks(interval, QStringLiteral("bc"));
@@ -213,8 +221,7 @@ private Q_SLOTS:
     void choosingAPriorityAndAUnitStoresTheirIndexes()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         Preferences::chooseItem(note.priority(), 3);
         QCOMPARE(holiday->priority(), 3);
         Preferences::chooseItem(note.intervalUnit(), 0);
@@ -227,8 +234,7 @@ private Q_SLOTS:
     void theNoteIsStoredAtEveryKeystroke()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         QPlainTextEdit *text = note.textNote();
         text->setFocus();
         text->moveCursor(QTextCursor::End);
@@ -244,8 +250,7 @@ private Q_SLOTS:
     void clearingTheNoteStoresAnEmptyNoteAndTheReminderCarriesAnEmptyText()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         QPlainTextEdit *text = note.textNote();
         text->setFocus();
         QTest::keyClick(text, Qt::Key_A, Qt::ControlModifier);
@@ -261,8 +266,7 @@ private Q_SLOTS:
     void aFiredReminderShowsItsSwitchOffTheNextTimeTheTabIsFilled()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         QCOMPARE(note.remind()->state(), 1);
         note.manager.refreshAll();
         QCOMPARE(note.delivered().size(), 1);
@@ -290,8 +294,7 @@ private Q_SLOTS:
         QTest::qWait(1100);
         QVERIFY(note.delivered().isEmpty());
         // Two weeks before an event ten days away: due at once.
-        note.interval()->setFocus();
-        note.interval()->selectAll();
+        note.intervalToTypeOver();
         QTest::keyClick(note.interval(), Qt::Key_2);
         QCOMPARE(launch->intervalBeforeAlert(), 2);
         const qint64 shown = millisecondsUntil([&note] { return !note.delivered().isEmpty(); });
