@@ -1,8 +1,8 @@
+#include "BeepCounter.h"
 #include "DialogSeams.h"
 #include "PreferencesFixture.h"
 #include "TestMain.h"
 
-#include "controls/EVBeep.h"
 #include "controls/EVColorWell.h"
 #include "controls/OnOffSwitchControl.h"
 #include "engine/EVDateText.h"
@@ -297,19 +297,17 @@ private Q_SLOTS:
     void theArrowKeysMoveTheLockAndTheWidgetFollows()
     {
         Advanced advanced;
-        int beeps = 0;
-        EVBeep::setHandler([&beeps] { ++beeps; });
+        BeepCounter beeps;
         OnOffSwitchControl *lock = advanced.lock();
         lock->setFocus();
         QTest::keyClick(lock, Qt::Key_Right);
         QCOMPARE(lock->state(), 1);
         QVERIFY(advanced.entries().at(0)->lockWidget());
         QTest::keyClick(lock, Qt::Key_Right);
-        QCOMPARE(beeps, 1);
+        QCOMPARE(beeps.count(), 1);
         QVERIFY(advanced.entries().at(0)->lockWidget());
         QTest::keyClick(lock, Qt::Key_Left);
         QVERIFY(!advanced.entries().at(0)->lockWidget());
-        EVBeep::setHandler({});
     }
 
     void withoutASelectionUpdateAdvancedViewsLeavesEveryControlAsItWas()

@@ -1,7 +1,7 @@
+#include "BeepCounter.h"
 #include "PreferencesFixture.h"
 #include "TestMain.h"
 
-#include "controls/EVBeep.h"
 #include "controls/OnOffSwitchControl.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenter.h"
@@ -142,20 +142,18 @@ private Q_SLOTS:
     void theArrowKeysMoveTheRemindMeSwitchAndTheLeadTimeFollows()
     {
         Note note;
-        int beeps = 0;
-        EVBeep::setHandler([&beeps] { ++beeps; });
+        BeepCounter beeps;
         EVWidgetEntry *launch = note.entries().at(0);
         note.remind()->setFocus();
         QTest::keyClick(note.remind(), Qt::Key_Left);
-        QCOMPARE(beeps, 1);
+        QCOMPARE(beeps.count(), 1);
         QTest::keyClick(note.remind(), Qt::Key_Right);
         QVERIFY(launch->soundAlert());
         QVERIFY(note.leadTimeEnabled());
         QTest::keyClick(note.remind(), Qt::Key_Left);
         QVERIFY(!launch->soundAlert());
         QVERIFY(note.leadTimeDisabled());
-        QCOMPARE(beeps, 1);
-        EVBeep::setHandler({});
+        QCOMPARE(beeps.count(), 1);
     }
 
     void typingFifteenStoresOneThenFifteen()
