@@ -1,10 +1,10 @@
 #include "core/EVAppImage.h"
 
-#include <QBuffer>
+#include "core/EVImageData.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QImageWriter>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -54,15 +54,7 @@ QByteArray tiffDataNamed(const QString &name)
     if (cached != cache.constEnd())
         return *cached;
 
-    QByteArray data;
-    const QImage image = named(name);
-    if (!image.isNull()) {
-        QBuffer buffer(&data);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter writer(&buffer, "tiff");
-        if (!writer.write(image))
-            data.clear();
-    }
+    const QByteArray data = EVImageData::tiffRepresentation(named(name));
     cache.insert(name, data);
     return data;
 }

@@ -118,8 +118,8 @@ void EVPerferenceController::setupWidgetList()
     auto *remove = new QShortcut(QKeySequence::Delete, table, nullptr, nullptr, Qt::WidgetShortcut);
     connect(remove, &QShortcut::activated, this, &EVPerferenceController::onRemoveWidget);
 
-    // Widgets change every second: what the list shows of them is taken again as often,
-    // while the window is on screen.
+    // Widgets may change every second: as often, while the window is on screen, the list shows
+    // again those that were drawn again.
     m_previewRefresh.setInterval(previewRefreshMilliseconds);
     connect(&m_previewRefresh, &QTimer::timeout, this, [this] {
         if (m_window->isVisible())

@@ -31,7 +31,7 @@ public:
     static inline const QString windowNibName = QStringLiteral("PreferencesPanel");
     // How long after an add the list is read again, so that the new window has been drawn.
     static constexpr int delayedReloadMilliseconds = 100;
-    // How often the previews of a window on screen are taken again.
+    // How often a window on screen looks for previews to take again.
     static constexpr int previewRefreshMilliseconds = 1000;
 
     // Edits the widgets of widgetsManager, or of the shared manager when none is given.

@@ -3,8 +3,11 @@
 #include "engine/EVWidgetWindow.h"
 #include "engine/EVWidgetsManager.h"
 #include "engine/EVWindowController.h"
+#include "render/EVWidgetView.h"
 #include "render/EVWidgetWindowSnapshot.h"
 #include "store/EVWidgetEntry.h"
+
+#include <QEvent>
 
 EVWidgetListModel::EVWidgetListModel(EVWidgetsManager *widgetsManager, QObject *parent)
     : QAbstractTableModel(parent)
@@ -41,7 +44,10 @@ QVariant EVWidgetListModel::data(const QModelIndex &index, int role) const
     const QString identifier = columnIdentifier(index.column());
     if (identifier == QLatin1String("preview") && role == Qt::DecorationRole) {
         const EVWindowController *controller = m_widgetsManager->widgetWindowController(entry);
-        return widgetWindowSnapshot(controller ? controller->window() : nullptr);
+        m_takingSnapshot = true;
+        const QImage snapshot = widgetWindowSnapshot(controller ? controller->window() : nullptr);
+        m_takingSnapshot = false;
+        return snapshot;
     }
     if (identifier == QLatin1String("title") &&
         (role == Qt::DisplayRole || role == Qt::ToolTipRole))
@@ -77,10 +83,41 @@ void EVWidgetListModel::reloadData()
 
 void EVWidgetListModel::previewsChanged()
 {
-    const int rows = rowCount();
-    if (rows > 0)
-        Q_EMIT dataChanged(index(0, PreviewColumn), index(rows - 1, PreviewColumn),
-                           {Qt::DecorationRole});
+    // A preview is a snapshot of the whole window, taken as its row is painted: taken again only
+    // for a widget that looks different, not for every widget every second.
+    const QList<EVWidgetEntry *> entries = m_widgetsManager->widgetEntries();
+    for (int row = 0; row < entries.size(); ++row) {
+        const EVWindowController *controller =
+            m_widgetsManager->widgetWindowController(entries.at(row));
+        if (!controller)
+            continue;
+        QWidget *view = controller->widgetView();
+        watchView(view);
+        const bool redrawn = m_redrawnViews.remove(view);
+        if (redrawn || !view->isVisible())
+            Q_EMIT dataChanged(index(row, PreviewColumn), index(row, PreviewColumn),
+                               {Qt::DecorationRole});
+    }
+}
+
+void EVWidgetListModel::watchView(QWidget *view)
+{
+    if (m_watchedViews.contains(view))
+        return;
+    m_watchedViews.insert(view);
+    m_redrawnViews.insert(view);
+    view->installEventFilter(this);
+    connect(view, &QObject::destroyed, this, [this, view] {
+        m_watchedViews.remove(view);
+        m_redrawnViews.remove(view);
+    });
+}
+
+bool EVWidgetListModel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Paint && !m_takingSnapshot)
+        m_redrawnViews.insert(watched);
+    return QAbstractTableModel::eventFilter(watched, event);
 }
 
 void EVWidgetListModel::entryChanged(const EVWidgetEntry *entry)

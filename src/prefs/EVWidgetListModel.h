@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QSet>
 #include <QString>
 
 class EVWidgetEntry;
@@ -36,11 +37,22 @@ public:
 
     // Reads the rows again from the manager.
     void reloadData();
-    // The widgets changed how they look: the previews are to be drawn again.
+    // The previews of the widgets drawn again since the last call, and of those not on screen
+    // (whose drawing cannot be seen), are to be drawn again; the others are left as they are.
     void previewsChanged();
     // The entry's row is to be drawn again, as after its title changed.
     void entryChanged(const EVWidgetEntry *entry);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    // Notes from now on when the view is drawn again; a view not watched before counts as drawn.
+    void watchView(QWidget *view);
+
     EVWidgetsManager *m_widgetsManager;
+    QSet<const QObject *> m_watchedViews;
+    QSet<const QObject *> m_redrawnViews;
+    // Set while the list takes a snapshot, whose drawing changes nothing.
+    mutable bool m_takingSnapshot = false;
 };

@@ -1,38 +1,19 @@
+#include "BeepCounter.h"
 #include "TestMain.h"
 
 #include "SwitchForm.h"
 
-#include "controls/EVBeep.h"
 #include "controls/OnOffSwitchControl.h"
 #include "core/EVClock.h"
 
 #include <QAccessible>
 #include <QSignalSpy>
 
-#include <memory>
 #include <optional>
 
 namespace {
 
 const QDateTime startInstant = QDateTime(QDate(2024, 3, 1), QTime(12, 0), Qt::UTC);
-
-// Counts the beeps the controls make instead of sounding them.
-class BeepCounter
-{
-public:
-    BeepCounter()
-    {
-        EVBeep::setHandler([count = m_count] { ++*count; });
-    }
-    ~BeepCounter() { EVBeep::setHandler({}); }
-    BeepCounter(const BeepCounter &) = delete;
-    BeepCounter &operator=(const BeepCounter &) = delete;
-
-    int count() const { return *m_count; }
-
-private:
-    std::shared_ptr<int> m_count = std::make_shared<int>(0);
-};
 
 // Pressed at one point, moved to another, held still for the pause, released there.
 void drag(OnOffSwitchControl *control, QPoint from, QPoint to, qint64 pauseMilliseconds)

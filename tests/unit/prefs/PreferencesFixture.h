@@ -47,6 +47,24 @@ struct Preferences
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell.center());
     }
     QList<EVWidgetEntry *> entries() { return manager.widgetEntries(); }
+    // The entries' revisions, in the list's order.
+    QList<quint64> revisions()
+    {
+        QList<quint64> revisions;
+        for (const EVWidgetEntry *entry : entries())
+            revisions << entry->revision();
+        return revisions;
+    }
+    // Looks at the first two widgets in turn, away to the General tab and back to tab, as
+    // someone browsing them does; no value is touched.
+    void browse(int tab) const
+    {
+        clickRow(1);
+        clickRow(0);
+        clickTab(0);
+        clickTab(tab);
+        clickRow(1);
+    }
     // Brings a tab to the front with a click on its title.
     void clickTab(int index) const
     {
@@ -78,6 +96,15 @@ struct Preferences
     EVWidgetsManager manager{&store};
     mutable EVPerferenceController controller{&manager};
 };
+
+// The titles of a pop-up list's items, in order.
+inline QStringList titlesOf(const QComboBox *popUp)
+{
+    QStringList titles;
+    for (int i = 0; i < popUp->count(); ++i)
+        titles << popUp->itemText(i);
+    return titles;
+}
 
 // Milliseconds until the condition held, checked as often as events allow; -1 when it did not
 // hold within the timeout.

@@ -1,5 +1,6 @@
 #include "AppSeams.h"
 #include "DialogSeams.h"
+#include "PixelTools.h"
 #include "PreferencesFixture.h"
 #include "TestMain.h"
 
@@ -68,11 +69,7 @@ private:
         }
         QString pictureFile(const QString &name, const QSize &size) const
         {
-            QImage picture(size, QImage::Format_RGB32);
-            picture.fill(QColor(200, 80, 40));
-            const QString path = home.path() + QLatin1Char('/') + name;
-            picture.save(path);
-            return path;
+            return ::pictureFile(home.path(), name, size);
         }
     };
 

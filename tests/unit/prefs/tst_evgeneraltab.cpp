@@ -1,4 +1,5 @@
 #include "DialogSeams.h"
+#include "PixelTools.h"
 #include "PreferencesFixture.h"
 #include "TestMain.h"
 
@@ -7,8 +8,8 @@
 #include "controls/LUMDatePickerController.h"
 #include "controls/LUMGraphicalDatePicker.h"
 #include "controls/LUMPopover.h"
-#include "prefs/EVIconImageView.h"
 #include "core/EVAppImage.h"
+#include "prefs/EVIconImageView.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -18,16 +19,6 @@
 #include <QToolButton>
 
 namespace {
-
-// A picture file of the given size in the test's HOME.
-QString pictureFile(const TestHome &home, const QString &name, const QSize &size)
-{
-    QImage picture(size, QImage::Format_RGB32);
-    picture.fill(QColor(40, 120, 200));
-    const QString path = home.path() + QLatin1Char('/') + name;
-    picture.save(path);
-    return path;
-}
 
 QImage iconOf(EVWidgetEntry *entry)
 {
@@ -150,7 +141,8 @@ private Q_SLOTS:
     {
         General general;
         OpenPanelRecorder panels;
-        panels.queueChoice(pictureFile(general.home, QStringLiteral("wide.png"), {1000, 500}));
+        panels.queueChoice(
+            pictureFile(general.home.path(), QStringLiteral("wide.png"), {1000, 500}));
         QTest::mouseDClick(general.icon(), Qt::LeftButton);
         QCOMPARE(panels.shown().size(), 1);
         const QImage stored = iconOf(general.entries().at(0));
@@ -162,7 +154,8 @@ private Q_SLOTS:
     {
         General general;
         OpenPanelRecorder panels;
-        panels.queueChoice(pictureFile(general.home, QStringLiteral("small.png"), {150, 90}));
+        panels.queueChoice(
+            pictureFile(general.home.path(), QStringLiteral("small.png"), {150, 90}));
         QTest::mouseDClick(general.icon(), Qt::LeftButton);
         QCOMPARE(iconOf(general.entries().at(0)).size(), QSize(150, 90));
     }

@@ -1,7 +1,7 @@
+#include "BeepCounter.h"
 #include "PreferencesFixture.h"
 #include "TestMain.h"
 
-#include "controls/EVBeep.h"
 #include "controls/OnOffSwitchControl.h"
 #include "notify/FLUserNotification.h"
 #include "notify/FLUserNotificationCenter.h"
@@ -21,14 +21,6 @@ const QDateTime now(QDate(2024, 4, 5), QTime(12, 0), QTimeZone::systemTimeZone()
 const QDateTime eventDate = now.addDays(10);
 
 enum AlertUnit { Seconds = 0, Minutes = 1, Hours = 2, Days = 3, Weeks = 4 };
-
-QStringList titlesOf(const QComboBox *popUp)
-{
-    QStringList titles;
-    for (int i = 0; i < popUp->count(); ++i)
-        titles << popUp->itemText(i);
-    return titles;
-}
 
 } // namespace
 
@@ -74,6 +66,20 @@ private:
         {
             return !interval()->isEnabled() && !intervalUnit()->isEnabled();
         }
+        // Selects "Holiday" and gives its entry.
+        EVWidgetEntry *showHoliday()
+        {
+            clickRow(1);
+            return entries().at(1);
+        }
+        // The lead time field, focused with its text selected, to be typed over.
+        QLineEdit *intervalToTypeOver() const
+        {
+            QLineEdit *field = interval();
+            field->setFocus();
+            field->selectAll();
+            return field;
+        }
         QList<FLUserNotification *> delivered() const { return center.deliveredNotifications(); }
 
         PinnedClock clock{now};
@@ -114,15 +120,9 @@ private Q_SLOTS:
         // generation that lacks the value the switch shows.
         note.entries().at(0)->setSoundAlert(true);
         note.entries().at(1)->setSoundAlert(std::nullopt);
-        const quint64 launch = note.entries().at(0)->revision();
-        const quint64 holiday = note.entries().at(1)->revision();
-        note.clickRow(1);
-        note.clickRow(0);
-        note.clickTab(0);
-        note.clickTab(2);
-        note.clickRow(1);
-        QCOMPARE(note.entries().at(0)->revision(), launch);
-        QCOMPARE(note.entries().at(1)->revision(), holiday);
+        const QList<quint64> before = note.revisions();
+        note.browse(2);
+        QCOMPARE(note.revisions(), before);
     }
 
     void withTheRemindMeSwitchOffTheLeadTimeIsDisabledAndTurningItOnEnablesItAtOnce()
@@ -142,30 +142,25 @@ private Q_SLOTS:
     void theArrowKeysMoveTheRemindMeSwitchAndTheLeadTimeFollows()
     {
         Note note;
-        int beeps = 0;
-        EVBeep::setHandler([&beeps] { ++beeps; });
+        BeepCounter beeps;
         EVWidgetEntry *launch = note.entries().at(0);
         note.remind()->setFocus();
         QTest::keyClick(note.remind(), Qt::Key_Left);
-        QCOMPARE(beeps, 1);
+        QCOMPARE(beeps.count(), 1);
         QTest::keyClick(note.remind(), Qt::Key_Right);
         QVERIFY(launch->soundAlert());
         QVERIFY(note.leadTimeEnabled());
         QTest::keyClick(note.remind(), Qt::Key_Left);
         QVERIFY(!launch->soundAlert());
         QVERIFY(note.leadTimeDisabled());
-        QCOMPARE(beeps, 1);
-        EVBeep::setHandler({});
+        QCOMPARE(beeps.count(), 1);
     }
 
     void typingFifteenStoresOneThenFifteen()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
-        QLineEdit *interval = note.interval();
-        interval->setFocus();
-        interval->selectAll();
+        EVWidgetEntry *holiday = note.showHoliday();
+        QLineEdit *interval = note.intervalToTypeOver();
         QTest::keyClick(interval, Qt::Key_Backspace);
         QCOMPARE(holiday->intervalBeforeAlert(), 0);
         const quint64 before = holiday->revision();
@@ -180,11 +175,8 @@ private Q_SLOTS:
     void typingAbcStoresZero()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
-        QLineEdit *interval = note.interval();
-        interval->setFocus();
-        interval->selectAll();
+        EVWidgetEntry *holiday = note.showHoliday();
+        QLineEdit *interval = note.intervalToTypeOver();
         QTest::keyClick(interval, Qt::Key_A);
         QCOMPARE(holiday->intervalBeforeAlert(), 0);
         QTest::keyClicks(interval, QStringLiteral("bc"));
@@ -227,8 +219,7 @@ private Q_SLOTS:
     void choosingAPriorityAndAUnitStoresTheirIndexes()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         Preferences::chooseItem(note.priority(), 3);
         QCOMPARE(holiday->priority(), 3);
         Preferences::chooseItem(note.intervalUnit(), 0);
@@ -241,8 +232,7 @@ private Q_SLOTS:
     void theNoteIsStoredAtEveryKeystroke()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         QPlainTextEdit *text = note.textNote();
         text->setFocus();
         text->moveCursor(QTextCursor::End);
@@ -258,8 +248,7 @@ private Q_SLOTS:
     void clearingTheNoteStoresAnEmptyNoteAndTheReminderCarriesAnEmptyText()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         QPlainTextEdit *text = note.textNote();
         text->setFocus();
         QTest::keyClick(text, Qt::Key_A, Qt::ControlModifier);
@@ -275,8 +264,7 @@ private Q_SLOTS:
     void aFiredReminderShowsItsSwitchOffTheNextTimeTheTabIsFilled()
     {
         Note note;
-        note.clickRow(1);
-        EVWidgetEntry *holiday = note.entries().at(1);
+        EVWidgetEntry *holiday = note.showHoliday();
         QCOMPARE(note.remind()->state(), 1);
         note.manager.refreshAll();
         QCOMPARE(note.delivered().size(), 1);
@@ -304,8 +292,7 @@ private Q_SLOTS:
         QTest::qWait(1100);
         QVERIFY(note.delivered().isEmpty());
         // Two weeks before an event ten days away: due at once.
-        note.interval()->setFocus();
-        note.interval()->selectAll();
+        note.intervalToTypeOver();
         QTest::keyClick(note.interval(), Qt::Key_2);
         QCOMPARE(launch->intervalBeforeAlert(), 2);
         const qint64 shown = millisecondsUntil([&note] { return !note.delivered().isEmpty(); });

@@ -179,6 +179,33 @@ private Q_SLOTS:
                  widgetWindowSnapshot(preferences.manager.widgetWindowController(entry)->window()));
     }
 
+    void onlyWidgetsDrawnAgainHaveTheirPreviewsTakenAgain()
+    {
+        PinnedClock clock(QDateTime(QDate(2024, 4, 5), QTime(12, 0)));
+        Preferences preferences({QStringLiteral("Launch"), QStringLiteral("Holiday")});
+        preferences.manager.start();
+        preferences.controller.showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(preferences.controller.window()));
+        QSignalSpy previews(preferences.controller.widgetListModel(),
+                            &QAbstractItemModel::dataChanged);
+        const int pass = EVPerferenceController::previewRefreshMilliseconds;
+        // The previews are taken as the widgets come on screen ...
+        QTest::qWait(2 * pass + 250);
+        previews.clear();
+        // ... and not again while the widgets look the same.
+        QTest::qWait(pass + 250);
+        QCOMPARE(previews.size(), 0);
+        // One widget drawn again: its preview alone is taken again, once.
+        preferences.entries().at(1)->setEventTitle(QStringLiteral("Trip"));
+        QTRY_VERIFY_WITH_TIMEOUT(!previews.isEmpty(), 2 * pass + 250);
+        QTest::qWait(pass + 250);
+        QCOMPARE(previews.size(), 1);
+        const QModelIndex taken = previews.first().at(0).value<QModelIndex>();
+        QCOMPARE(taken.row(), 1);
+        QCOMPARE(taken.column(), int(EVWidgetListModel::PreviewColumn));
+        QCOMPARE(previews.first().at(2).value<QList<int>>(), QList<int>({Qt::DecorationRole}));
+    }
+
     void addingReloadsTheListATenthOfASecondLaterWithoutSelectingTheNewRow()
     {
         Preferences preferences({QStringLiteral("one")});

@@ -1,3 +1,4 @@
+#include "PixelTools.h"
 #include "TestMain.h"
 
 #include "prefs/NSImage+NSImageThumbnailExtensions.h"
@@ -15,12 +16,7 @@ private:
 
     QUrl pictureFile(const QString &name, const QSize &size, const QColor &color = Qt::red)
     {
-        QImage picture(size, QImage::Format_RGB32);
-        picture.fill(color);
-        const QString path = m_home.path() + QLatin1Char('/') + name;
-        if (!picture.save(path))
-            qFatal("cannot write %s", qPrintable(path));
-        return QUrl::fromLocalFile(path);
+        return QUrl::fromLocalFile(::pictureFile(m_home.path(), name, size, color));
     }
 
 private Q_SLOTS:
