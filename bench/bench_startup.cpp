@@ -112,14 +112,16 @@ private:
     xcb_connection_t *m_connection;
 };
 
-// The widget windows of the process that are on screen now, as xdotool finds them.
-int mappedWidgetWindows(qint64 pid)
+// The windows of the process that are on screen now, as xdotool finds them. Widget windows are
+// named after their events, so they are told from others by their count alone: with widgets
+// stored, the program shows no other window.
+int mappedWindows(qint64 pid)
 {
     QProcess search;
     search.start(QStringLiteral("xdotool"),
                  {QStringLiteral("search"), QStringLiteral("--all"),
                   QStringLiteral("--onlyvisible"), QStringLiteral("--pid"), QString::number(pid),
-                  QStringLiteral("--name"), QStringLiteral("^Tallyvane Widget$")});
+                  QStringLiteral("--name"), QString()});
     search.waitForFinished();
     return int(search.readAllStandardOutput().count('\n'));
 }
@@ -182,7 +184,7 @@ public:
         if (!m_process.waitForStarted())
             return false;
         return watcher.waitForMaps(count, clock, first, all) &&
-               mappedWidgetWindows(m_process.processId()) == count;
+               mappedWindows(m_process.processId()) == count;
     }
 
     qint64 pid() const { return m_process.processId(); }

@@ -1,17 +1,10 @@
 #include "engine/EVLegacyImport.h"
 
-#include "engine/EVWidgetsManager.h"
 #include "core/EVUserDefaults.h"
+#include "engine/EVWidgetsManager.h"
 #include "store/EVKeyedUnarchiver.h"
 #include "store/EVWidgetConfig.h"
 #include "store/EVWidgetEntry.h"
-
-namespace {
-
-// Built-in styles are 0 to 11; anything else leaves a new widget on its default style.
-constexpr quint64 largestBuiltinStyle = 11;
-
-} // namespace
 
 QVariant EVLegacyImport::transferOldData(const QSettings &settings)
 {
@@ -39,7 +32,8 @@ void EVLegacyImport::setup(EVWidgetsManager &manager, QSettings &settings)
         entry->setEventTitle(config.eventTitle());
         entry->setEventDate(config.eventDate());
         entry->setTimeElement(config.enabledTime());
-        if (config.style() <= largestBuiltinStyle)
+        // Only a built-in style is taken; anything else leaves the widget on its default style.
+        if (config.style() < quint64(EVWidgetEntry::builtinStyleCount))
             entry->setStyleIndex(int(config.style()));
     }
     settings.setValue(EVTransferOldDataKey, true);

@@ -23,6 +23,22 @@ QString windowId(WId window)
     return QStringLiteral("0x%1").arg(quintptr(window), 0, 16);
 }
 
+// The windows xdotool's search finds by the criteria.
+QList<WId> searchWindows(const QStringList &criteria)
+{
+    // xdotool fails when it finds nothing: that is an empty list.
+    const QString output =
+        run(QStringLiteral("xdotool"), QStringList{QStringLiteral("search")} + criteria);
+    QList<WId> windows;
+    for (const QString &line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        bool ok = false;
+        const WId window = line.trimmed().toULongLong(&ok);
+        if (ok)
+            windows.append(window);
+    }
+    return windows;
+}
+
 } // namespace
 
 bool hasDisplay()
@@ -62,21 +78,11 @@ QRect windowGeometry(WId window)
 
 QList<WId> findWindows(qint64 pid, const QString &namePattern, bool onlyVisible)
 {
-    QStringList arguments = {QStringLiteral("search"), QStringLiteral("--all"),
-                             QStringLiteral("--pid"),  QString::number(pid),
-                             QStringLiteral("--name"), namePattern};
+    QStringList criteria = {QStringLiteral("--all"), QStringLiteral("--pid"), QString::number(pid),
+                            QStringLiteral("--name"), namePattern};
     if (onlyVisible)
-        arguments.insert(1, QStringLiteral("--onlyvisible"));
-    // xdotool fails when it finds nothing: that is an empty list.
-    const QString output = run(QStringLiteral("xdotool"), arguments);
-    QList<WId> windows;
-    for (const QString &line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-        bool ok = false;
-        const WId window = line.trimmed().toULongLong(&ok);
-        if (ok)
-            windows.append(window);
-    }
-    return windows;
+        criteria.prepend(QStringLiteral("--onlyvisible"));
+    return searchWindows(criteria);
 }
 
 bool xdotool(const QStringList &arguments)
@@ -112,12 +118,9 @@ bool click(const QPoint &at, int count)
                     QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1")});
 }
 
-QStringList visibleWindowsNamed(const QString &pattern)
+QList<WId> visibleWindowsNamed(const QString &pattern)
 {
-    const QString output =
-        run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                        QStringLiteral("--name"), pattern});
-    return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return searchWindows({QStringLiteral("--onlyvisible"), QStringLiteral("--name"), pattern});
 }
 
 bool screenshot(const QString &path)

@@ -33,8 +33,8 @@ bool drag(const QPoint &from, const QPoint &to);
 // Clicks the left button `count` times at the point, as one series.
 bool click(const QPoint &at, int count);
 
-// The ids of the visible windows whose name matches the regular expression (xdotool search).
-QStringList visibleWindowsNamed(const QString &pattern);
+// The visible windows of any process whose name matches the regular expression.
+QList<WId> visibleWindowsNamed(const QString &pattern);
 // Saves a screenshot of the whole screen.
 bool screenshot(const QString &path);
 

@@ -44,7 +44,7 @@ TestHome::TestHome()
     }
     // The lock and the socket of the single instance live here: a test's instance never meets
     // the user's running Tallyvane, nor another test's.
-    const QString runtime = m_dir.path() + QStringLiteral("/runtime");
+    const QString runtime = runtimePath();
     QDir().mkpath(runtime);
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());

@@ -20,6 +20,8 @@ public:
     TestHome &operator=(const TestHome &) = delete;
 
     QString path() const { return m_dir.path(); }
+    // XDG_RUNTIME_DIR while the home is in use: private to the user, as the standard wants it.
+    QString runtimePath() const { return m_dir.path() + QStringLiteral("/runtime"); }
     QString documentsPath() const;
     QString pictureFolderPath() const;
     QString applicationFilesPath() const;

@@ -5,12 +5,12 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <memory>
@@ -104,8 +104,7 @@ class TestEVSingleInstance : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_runtime;
-    std::unique_ptr<ScopedEnvironment> m_runtimeVariable;
+    std::unique_ptr<TestHome> m_home;
 
     // Answers every request with what it asked for, as a running instance would.
     static void connectEcho(EVSingleInstance &instance)
@@ -117,27 +116,21 @@ private:
     }
 
 private Q_SLOTS:
-    // Every test gets its own private runtime folder, where the lock and the socket live.
+    // Every test gets its own home with its private runtime folder, where the lock and the
+    // socket live.
     void init()
     {
-        m_runtime = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_runtime->isValid());
-        m_runtimeVariable =
-            std::make_unique<ScopedEnvironment>("XDG_RUNTIME_DIR", m_runtime->path().toUtf8());
+        m_home = std::make_unique<TestHome>();
+        QVERIFY(QFileInfo(m_home->runtimePath()).isDir());
     }
-
-    void cleanup()
-    {
-        m_runtimeVariable.reset();
-        m_runtime.reset();
-    }
+    void cleanup() { m_home.reset(); }
 
     void firstLaunchBecomesTheRunningInstance()
     {
         EVSingleInstance instance(identifier);
         QCOMPARE(instance.claim(), EVSingleInstance::Claim::Primary);
-        QCOMPARE(instance.lockFilePath(), m_runtime->filePath(identifier + ".lock"));
-        QCOMPARE(instance.socketPath(), m_runtime->filePath(identifier + ".socket"));
+        QCOMPARE(instance.lockFilePath(), m_home->runtimePath() + '/' + identifier + ".lock");
+        QCOMPARE(instance.socketPath(), m_home->runtimePath() + '/' + identifier + ".socket");
         QVERIFY(QFile::exists(instance.lockFilePath()));
         QVERIFY(QFile::exists(instance.socketPath()));
     }
