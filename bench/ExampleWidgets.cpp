@@ -3,6 +3,7 @@
 #include "core/EVClock.h"
 #include "platform/EVMainScreen.h"
 #include "store/EVCoreDataDelegate.h"
+#include "store/EVStoreFailures.h"
 #include "store/EVWidgetEntry.h"
 
 #include <QList>
@@ -58,14 +59,9 @@ QRectF frameAt(int index)
 bool save(int count, QString *message)
 {
     EVCoreDataDelegate store;
-    QString failure;
-    QObject::connect(&store, &EVCoreDataDelegate::errorReported, &store,
-                     [&failure](const EVError &error) {
-                         if (failure.isEmpty())
-                             failure = error.localizedDescription;
-                     });
+    const EVStoreFailures failures(&store);
     const QDateTime now = EVClock::now();
-    for (int i = 0; i < count && failure.isEmpty(); ++i) {
+    for (int i = 0; i < count && !failures.any(); ++i) {
         EVWidgetEntry *entry = store.addWidgetEntry();
         const Example example =
             i < everydayEvents().size()
@@ -77,10 +73,10 @@ bool save(int count, QString *message)
         entry->setStyleIndex(example.styleIndex);
         entry->setFrame(frameAt(i));
     }
-    if (failure.isEmpty())
+    if (!failures.any())
         store.save();
-    if (!failure.isEmpty()) {
-        *message = QStringLiteral("The widget store cannot be written: %1").arg(failure);
+    if (failures.any()) {
+        *message = QStringLiteral("The widget store cannot be written: %1").arg(failures.first());
         return false;
     }
     *message =

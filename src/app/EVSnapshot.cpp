@@ -6,6 +6,7 @@
 #include "render/EVFontFamily.h"
 #include "render/EVWidgetView.h"
 #include "store/EVCoreDataDelegate.h"
+#include "store/EVStoreFailures.h"
 
 #include <QImageWriter>
 #include <QLayout>
@@ -94,15 +95,10 @@ QImage render(const QList<EVWidgetEntry *> &entries)
 bool write(const QString &path, QString *message)
 {
     EVCoreDataDelegate store;
-    QString failure;
-    QObject::connect(&store, &EVCoreDataDelegate::errorReported, &store,
-                     [&failure](const EVError &error) {
-                         if (failure.isEmpty())
-                             failure = error.localizedDescription;
-                     });
+    const EVStoreFailures failures(&store);
     const QList<EVWidgetEntry *> entries = store.fetchWidgetEntries();
-    if (!failure.isEmpty()) {
-        *message = QStringLiteral("The widget store cannot be read: %1").arg(failure);
+    if (failures.any()) {
+        *message = QStringLiteral("The widget store cannot be read: %1").arg(failures.first());
         return false;
     }
     QImageWriter writer(path, "png");

@@ -9,6 +9,7 @@
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVImportReport.h"
 #include "store/EVReminderLead.h"
+#include "store/EVStoreFailures.h"
 #include "store/EVWidgetBackup.h"
 #include "store/EVWidgetEntry.h"
 
@@ -27,28 +28,6 @@ namespace {
 const QStringList countingUnits{QStringLiteral("time"), QStringLiteral("day"),
                                 QStringLiteral("week"), QStringLiteral("month"),
                                 QStringLiteral("year")};
-
-// Records the store's failures while a command runs.
-class StoreFailures
-{
-public:
-    explicit StoreFailures(EVCoreDataDelegate *store)
-        : m_connection(QObject::connect(store, &EVCoreDataDelegate::errorReported,
-                                        [this](const EVError &error) {
-                                            if (m_first.isNull())
-                                                m_first = error.localizedDescription;
-                                        }))
-    {}
-    ~StoreFailures() { QObject::disconnect(m_connection); }
-    StoreFailures(const StoreFailures &) = delete;
-    StoreFailures &operator=(const StoreFailures &) = delete;
-
-    QString first() const { return m_first; }
-
-private:
-    QString m_first;
-    QMetaObject::Connection m_connection;
-};
 
 // Titles and lines on one text line each: tabs and line breaks would split a record.
 QString oneLine(const QString &text)
@@ -134,7 +113,7 @@ QList<EVWidgetEntry *> EVWidgetCommands::entries()
 
 QString EVWidgetCommands::openStore()
 {
-    StoreFailures failures(m_store);
+    EVStoreFailures failures(m_store);
     if (m_store->managedObjectContext())
         return QString();
     return QStringLiteral("The widget store cannot be opened: %1").arg(failures.first());
@@ -142,12 +121,12 @@ QString EVWidgetCommands::openStore()
 
 QString EVWidgetCommands::save()
 {
-    StoreFailures failures(m_store);
+    EVStoreFailures failures(m_store);
     if (m_manager)
         m_manager->save();
     else
         m_store->save();
-    if (failures.first().isNull())
+    if (!failures.any())
         return QString();
     return QStringLiteral("The widget store cannot be saved: %1").arg(failures.first());
 }

@@ -1,10 +1,10 @@
 #include "engine/EVWidgetsManager.h"
 
 #include "core/EVProcessObjects.h"
+#include "core/EVUserDefaults.h"
 #include "engine/EVLegacyImport.h"
 #include "engine/EVWindowController.h"
 #include "platform/EVNotificationBus.h"
-#include "core/EVUserDefaults.h"
 #include "render/EVTallyView.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"

@@ -2,6 +2,7 @@
 // as a user starts it and driven from outside with the pointer and the keyboard; what it did is
 // read back from the X server and from the files it keeps.
 #include "DesktopTools.h"
+#include "SanitizerReport.h"
 #include "TestMain.h"
 #include "TrayPanel.h"
 
@@ -89,9 +90,7 @@ public:
         const QString printed = output();
         return m_process.state() == QProcess::NotRunning &&
                m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0 &&
-               !printed.contains(QStringLiteral("ERROR: AddressSanitizer")) &&
-               !printed.contains(QStringLiteral("ERROR: LeakSanitizer")) &&
-               !printed.contains(QStringLiteral("runtime error:"));
+               !hasSanitizerReport(printed);
     }
 
     // SIGTERM, as a session's end or `kill` sends it.
