@@ -14,6 +14,12 @@ QDateTime EVClock::now()
     return pinned.isValid() ? pinned : QDateTime::currentDateTime();
 }
 
+qint64 EVClock::nowMSecsSinceEpoch()
+{
+    const QDateTime &pinned = pinnedInstant();
+    return pinned.isValid() ? pinned.toMSecsSinceEpoch() : QDateTime::currentMSecsSinceEpoch();
+}
+
 void EVClock::pin(const QDateTime &instant)
 {
     pinnedInstant() = instant;

@@ -6,6 +6,7 @@
 
 #include <QtNumeric>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -72,6 +73,37 @@ EVCountdown::Lines EVCountdown::countdownLines(const EVWidgetEntry &entry, const
     default:
         return timeLines(now, event);
     }
+}
+
+qint64 EVCountdown::linesUnchangedUntil(const EVWidgetEntry &entry, const QDateTime &now)
+{
+    const qint64 from = now.toMSecsSinceEpoch();
+    const int unit = entry.countdownUnit();
+    if (unit < 1 || unit > 4)
+        return from + 1;
+
+    // Counts of whole days, weeks, months or years only ever step one way as time goes on, so
+    // the lines read as at now up to one instant and differently from then on: doubling finds
+    // an instant past it, halving then finds it to the millisecond.
+    constexpr qint64 searchedSpan = 400LL * 24 * 3600 * msecsPerSecond;
+    const Lines atNow = countdownLines(entry, now);
+    const auto sameAt = [&](qint64 offset) {
+        return countdownLines(entry, QDateTime::fromMSecsSinceEpoch(from + offset, Qt::UTC)) ==
+               atNow;
+    };
+    qint64 same = 0;
+    qint64 changed = msecsPerSecond;
+    while (sameAt(changed)) {
+        same = changed;
+        if (changed == searchedSpan)
+            return from + searchedSpan;
+        changed = std::min(changed * 2, searchedSpan);
+    }
+    while (changed - same > 1) {
+        const qint64 middle = same + (changed - same) / 2;
+        (sameAt(middle) ? same : changed) = middle;
+    }
+    return from + changed;
 }
 
 QMap<QString, QString> EVCountdown::countdownDesc(const EVWidgetEntry &entry)

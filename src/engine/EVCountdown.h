@@ -25,6 +25,12 @@ public:
 
     // The two countdown lines from now to the entry's event date, counted in the entry's unit.
     static Lines countdownLines(const EVWidgetEntry &entry, const QDateTime &now);
+    // The instant, in milliseconds since 1970, up to which the lines stay those at now: the
+    // first millisecond they read differently, or the end of the span searched (a bit over a
+    // year) when they do not change within it. A clock countdown changes every second and is
+    // not searched: its lines hold for the current millisecond only.
+    static qint64 linesUnchangedUntil(const EVWidgetEntry &entry, const QDateTime &now);
+
     // The same at the program's clock, keyed by EVCountdownMajorDescKey and
     // EVCountdownSecondDescKey.
     static QMap<QString, QString> countdownDesc(const EVWidgetEntry &entry);

@@ -30,6 +30,8 @@ constexpr qint64 msecsPerSecond = 1000;
 struct LocalSettings
 {
     bool ready = false;
+    // Goes up with every rebuild, so that what was computed under other settings can be told.
+    quint64 generation = 0;
     bool tzSet = false;
     std::string tz;
     std::string timeLocale;
@@ -64,6 +66,7 @@ LocalSettings &localSettings()
         return settings;
 
     settings.ready = true;
+    ++settings.generation;
     settings.tzSet = tz != nullptr;
     settings.tz = tz ? tz : "";
     settings.timeLocale = timeLocale;
@@ -271,6 +274,11 @@ QString renderStrftime(const QDateTime &instant, const QString &format)
 int difference(const QDateTime &from, const QDateTime &to, Unit unit)
 {
     return fieldDifference(from, to, fieldFor(unit));
+}
+
+quint64 settingsGeneration()
+{
+    return localSettings().generation;
 }
 
 void setCachingEnabled(bool enabled)

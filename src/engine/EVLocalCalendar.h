@@ -24,6 +24,10 @@ QString renderStrftime(const QDateTime &instant, const QString &format);
 // the second lies before the first). Zero when either instant is none or out of range.
 int difference(const QDateTime &from, const QDateTime &to, Unit unit);
 
+// A number that changes whenever the time zone or the locale changed since the last call, so
+// that texts computed under the old ones can be recomputed.
+quint64 settingsGeneration();
+
 // Turning caching off makes formatters and the calendar anew on every call; results are the
 // same, which the benchmark uses to compare speeds.
 void setCachingEnabled(bool enabled);

@@ -4,6 +4,7 @@
 #include "core/EVValues.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVDateText.h"
+#include "engine/EVLocalCalendar.h"
 #include "engine/EVWidgetWindow.h"
 #include "platform/EVDesktopWindowHints.h"
 #include "platform/EVNotificationBus.h"
@@ -91,9 +92,16 @@ void EVWindowController::reloadViews()
     if (!m_widgetData)
         return;
     EVWidgetView *view = widgetView();
+    const qint64 nowMSecs = EVClock::nowMSecsSinceEpoch();
+    // A widget counted in days shows the same for hours: until then, and until the entry, its
+    // style, the view's size or the time zone and locale change, there is nothing to compute.
+    if (m_shown.source == shownSource() && nowMSecs >= m_shown.since && nowMSecs < m_shown.until)
+        return;
+
+    const QDateTime now = QDateTime::fromMSecsSinceEpoch(nowMSecs);
     // The lines straight from the calculation: the dictionary form of countdownDesc() would
     // cost an allocation per widget every second.
-    const EVCountdown::Lines lines = EVCountdown::countdownLines(*m_widgetData, EVClock::now());
+    const EVCountdown::Lines lines = EVCountdown::countdownLines(*m_widgetData, now);
     const QString title = m_widgetData->eventTitle();
     const QString date = eventDate();
     const QString &major = lines.majorDesc;
@@ -101,9 +109,10 @@ void EVWindowController::reloadViews()
     const QColor textColor = m_widgetData->textcolor();
     const QImage icon = iconImage();
     const EVBackgroundImage background = backgroundImage(view->size());
+    // Taken after the icon and background were read, which may count as changes of their own.
+    m_shown = {shownSource(), nowMSecs, EVCountdown::linesUnchangedUntil(*m_widgetData, now)};
 
-    // Between day changes a widget counted in days shows the same thing every second: it is
-    // then left alone instead of being painted again.
+    // What did not change is not painted again.
     const auto same = [](const QString &a, const QString &b) { return isIdentical(a, b); };
     const bool stillLayersUnchanged =
         same(view->title(), title) && same(view->date(), date) && view->textColor() == textColor &&
@@ -130,6 +139,13 @@ void EVWindowController::reloadViews()
         view->update(view->countdownLinesRect());
     else
         view->update();
+}
+
+EVWindowController::ShownSource EVWindowController::shownSource() const
+{
+    const EVCustomStyle *style = EVTallyView::customStyleOfWidget(*m_widgetData);
+    return {m_widgetData, m_widgetData->revision(), style ? style->revision() : 0,
+            EVLocalCalendar::settingsGeneration(), widgetView()->size()};
 }
 
 QString EVWindowController::eventDate() const

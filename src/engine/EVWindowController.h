@@ -4,6 +4,7 @@
 
 #include <QMap>
 #include <QObject>
+#include <QSize>
 #include <QSizeF>
 #include <QString>
 
@@ -88,4 +89,24 @@ private:
     };
     BackgroundSource m_backgroundSource;
     EVBackgroundImage m_background;
+
+    // What the view's texts were computed from, and the span of time (milliseconds since
+    // 1970, until excluded) in which they read the same.
+    struct ShownSource
+    {
+        const EVWidgetEntry *entry = nullptr;
+        quint64 entryRevision = 0;
+        quint64 styleRevision = 0;
+        quint64 calendarGeneration = 0;
+        QSize viewSize;
+        bool operator==(const ShownSource &) const = default;
+    };
+    ShownSource shownSource() const;
+    struct Shown
+    {
+        ShownSource source;
+        qint64 since = 0;
+        qint64 until = 0;
+    };
+    Shown m_shown;
 };

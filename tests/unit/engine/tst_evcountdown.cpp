@@ -48,6 +48,15 @@ Lines linesFor(int unit, const QDateTime &now, const QDateTime &event, int ignor
     return EVCountdown::countdownLines(entry, now);
 }
 
+// The instant up to which a widget's lines hold, as a local wall-clock time.
+QDateTime unchangedUntil(int unit, const QDateTime &now, const QDateTime &event)
+{
+    EVWidgetEntry entry;
+    entry.setCountdownUnit(unit);
+    entry.setEventDate(event);
+    return QDateTime::fromMSecsSinceEpoch(EVCountdown::linesUnchangedUntil(entry, now));
+}
+
 // The signed count behind a unit line: positive while the event lies ahead.
 int signedCount(const Lines &lines)
 {
@@ -513,6 +522,73 @@ private Q_SLOTS:
         QCOMPARE(linesFor(3, zoned("Europe/Berlin", 2024, 3, 15, 12),
                           zoned("Europe/Berlin", 2024, 4, 15, 11, 59)),
                  expect("0", "Month Passed"));
+    }
+
+    // --- How long the lines hold ---
+
+    void dayCountAtMidnightHoldsUntilTheNextMidnightAcrossSpringForward()
+    {
+        ScopedEnvironment tz("TZ", "Europe/Berlin");
+        const QDateTime event = zoned("Europe/Berlin", 2026, 4, 2, 0);
+        // 28 March has 24 hours; 29 March, when clocks go forward, has 23.
+        QCOMPARE(unchangedUntil(1, zoned("Europe/Berlin", 2026, 3, 28, 12), event),
+                 zoned("Europe/Berlin", 2026, 3, 29, 0).addMSecs(1));
+        QCOMPARE(unchangedUntil(1, zoned("Europe/Berlin", 2026, 3, 29, 0).addMSecs(1), event),
+                 zoned("Europe/Berlin", 2026, 3, 30, 0).addMSecs(1));
+    }
+
+    void dayCountHoldsThroughTheLongDayOfFallBack()
+    {
+        ScopedEnvironment tz("TZ", "Europe/Berlin");
+        const QDateTime event = zoned("Europe/Berlin", 2026, 10, 30, 0);
+        // 25 October, when clocks go back, has 25 hours.
+        QCOMPARE(unchangedUntil(1, zoned("Europe/Berlin", 2026, 10, 25, 0).addMSecs(1), event),
+                 zoned("Europe/Berlin", 2026, 10, 26, 0).addMSecs(1));
+    }
+
+    void dayCountTurnsAtTheEventsTimeOfDay()
+    {
+        const QDateTime now = referenceNow();
+        const QDateTime event = now.addDays(3).addSecs(5 * hour);
+        QCOMPARE(unchangedUntil(1, now, event), now.addSecs(5 * hour).addMSecs(1));
+    }
+
+    void passedEventCountsOnFromItsTimeOfDay()
+    {
+        const QDateTime now = referenceNow();
+        const QDateTime event = now.addDays(-2).addSecs(3 * hour);
+        QCOMPARE(unchangedUntil(1, now, event), now.addSecs(3 * hour));
+    }
+
+    void clockCountHoldsForTheCurrentMillisecondOnly()
+    {
+        const QDateTime now = referenceNow();
+        QCOMPARE(unchangedUntil(0, now, now.addDays(3)), now.addMSecs(1));
+    }
+
+    void countWithoutAnEventHoldsForTheWholeSearchedSpan()
+    {
+        const QDateTime now = referenceNow();
+        QCOMPARE(unchangedUntil(4, now, QDateTime()), now.addSecs(400 * day));
+    }
+
+    void linesReadTheSameJustBeforeTheyChangeAndDifferentlyFromThen()
+    {
+        QRandomGenerator random(20261121);
+        for (int sample = 0; sample < 200; ++sample) {
+            EVWidgetEntry entry;
+            entry.setCountdownUnit(1 + int(random.bounded(4)));
+            const QDateTime now = referenceNow().addSecs(random.bounded(400 * day));
+            entry.setEventDate(now.addSecs(random.bounded(8 * 400 * day) - 4 * 400 * day));
+            const qint64 until = EVCountdown::linesUnchangedUntil(entry, now);
+            const Lines atNow = EVCountdown::countdownLines(entry, now);
+            QVERIFY(until > now.toMSecsSinceEpoch());
+            QCOMPARE(EVCountdown::countdownLines(entry, QDateTime::fromMSecsSinceEpoch(until - 1)),
+                     atNow);
+            if (until < now.addSecs(400 * day).toMSecsSinceEpoch())
+                QVERIFY(EVCountdown::countdownLines(entry, QDateTime::fromMSecsSinceEpoch(until)) !=
+                        atNow);
+        }
     }
 
     // --- Inputs that are not inputs, and bad inputs ---

@@ -1,9 +1,11 @@
 #include "NotificationRecorder.h"
 #include "TestMain.h"
 
+#include "engine/EVDateText.h"
 #include "engine/EVWidgetWindow.h"
 #include "engine/EVWidgetsManager.h"
 #include "engine/EVWindowController.h"
+#include "render/EVTallyView.h"
 #include "render/EVWidgetView.h"
 #include "store/EVCoreDataDelegate.h"
 #include "store/EVCustomStyle.h"
@@ -103,6 +105,39 @@ private Q_SLOTS:
         entry->setEventTitle(QStringLiteral("after"));
         EVWindowController *controller = manager.widgetWindowController(entry);
         QTRY_COMPARE_WITH_TIMEOUT(controller->widgetView()->title(), QStringLiteral("after"), 1500);
+    }
+
+    void editsOfAWidgetCountedInDaysShowWithinASecond()
+    {
+        saveEntries({QStringLiteral("before")});
+        EVCoreDataDelegate store;
+        EVWidgetsManager manager(&store);
+        manager.start();
+        EVWidgetEntry *entry = manager.widgetEntries().at(0);
+        QCOMPARE(entry->countdownUnit(), 1);
+        EVWindowController *controller = manager.widgetWindowController(entry);
+        const EVWidgetView *view = controller->widgetView();
+        QTRY_COMPARE_WITH_TIMEOUT(view->title(), QStringLiteral("before"), 1500);
+        // Its count does not change for hours: from here on the passes find nothing to do.
+        QTest::qWait(1100);
+
+        // A pass comes every second; a little more is allowed for a busy machine.
+        constexpr int withinASecond = 1200;
+        entry->setEventTitle(QStringLiteral("after"));
+        QTRY_COMPARE_WITH_TIMEOUT(view->title(), QStringLiteral("after"), withinASecond);
+        entry->setTextcolor(QColor(250, 10, 10));
+        QTRY_COMPARE_WITH_TIMEOUT(view->textColor(), QColor(250, 10, 10), withinASecond);
+        entry->setStyleIndex(5);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            view->background().image().cacheKey(),
+            EVTallyView::buildinBackgroundForStyle(5, view->size()).cacheKey(), withinASecond);
+        entry->setEventDate(entry->eventDate().addDays(2));
+        QTRY_COMPARE_WITH_TIMEOUT(view->date(), EVDateText::widgetDateText(*entry), withinASecond);
+        entry->setLockWidget(true);
+        QTRY_VERIFY_WITH_TIMEOUT(!controller->window()->isMovable(), withinASecond);
+        entry->setKeepTop(1);
+        QTRY_COMPARE_WITH_TIMEOUT(controller->window()->level(), EVWidgetWindow::Level::Above,
+                                  withinASecond);
     }
 
     void timerKeepsFiringWhileAModalDialogIsOpen()

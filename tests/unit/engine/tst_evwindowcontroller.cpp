@@ -13,6 +13,7 @@
 #include "store/EVWidgetEntry.h"
 
 #include <QBuffer>
+#include <QTimeZone>
 
 #include <memory>
 
@@ -318,6 +319,95 @@ private Q_SLOTS:
         controller->update();
         QTRY_COMPARE(paints.count(), 1);
         QCOMPARE(controller->widgetView()->majorCountdown(), QStringLiteral("00:59:59"));
+    }
+
+    void widgetCountedInDaysTurnsOverAtLocalMidnightWhenClocksGoForward()
+    {
+        ScopedEnvironment tz("TZ", "Europe/Berlin");
+        const QTimeZone berlin("Europe/Berlin");
+        const auto berlinTime = [&](int day, int hour, int minute, int second) {
+            // Passes land a few milliseconds after the full second.
+            return QDateTime(QDate(2026, 3, day), QTime(hour, minute, second, 5), berlin);
+        };
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        entry.setCountdownUnit(1);
+        entry.setEventDate(QDateTime(QDate(2026, 4, 2), QTime(0, 0), berlin));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        const EVWidgetView *view = controller->widgetView();
+
+        EVClock::pin(berlinTime(28, 23, 59, 59));
+        controller->update();
+        QCOMPARE(view->majorCountdown(), QStringLiteral("4"));
+        EVClock::pin(berlinTime(29, 0, 0, 0));
+        controller->update();
+        QCOMPARE(view->majorCountdown(), QStringLiteral("3"));
+        // The 29th has 23 hours: the next turn is at the next midnight, not 24 hours on.
+        EVClock::pin(berlinTime(29, 23, 59, 59));
+        controller->update();
+        QCOMPARE(view->majorCountdown(), QStringLiteral("3"));
+        EVClock::pin(berlinTime(30, 0, 0, 0));
+        controller->update();
+        QCOMPARE(view->majorCountdown(), QStringLiteral("2"));
+    }
+
+    void clockSetBackShowsTheEarlierCountAgain()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        QCOMPARE(controller->widgetView()->majorCountdown(), QStringLiteral("30"));
+        EVClock::pin(m_now.addDays(2));
+        controller->update();
+        QCOMPARE(controller->widgetView()->majorCountdown(), QStringLiteral("28"));
+        EVClock::pin(m_now);
+        controller->update();
+        QCOMPARE(controller->widgetView()->majorCountdown(), QStringLiteral("30"));
+    }
+
+    void changedStyleColourOfAWidgetCountedInDaysIsShownAtTheNextUpdate()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        EVCustomStyle style;
+        style.resetDefault();
+        style.setColor(QColor(0, 0, 255));
+        style.setOpacity(1.0f);
+        entry.addCustomStylesObject(&style);
+        entry.setStyleIndex(12);
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        EVClock::advance(1000);
+        controller->update();
+
+        style.setColor(QColor(255, 0, 0));
+        EVClock::advance(1000);
+        controller->update();
+        QCOMPARE(qRed(pixel(controller->widgetView()->background().image(), 150, 75)), 255);
+        entry.removeObjectFromCustomStylesAtIndex(0);
+    }
+
+    void changedTimeZoneOfAWidgetCountedInDaysIsShownAtTheNextUpdate()
+    {
+        ScopedEnvironment tz("TZ", "Europe/Berlin");
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        // Evening in Berlin, already the next day in Tokyo.
+        entry.setEventDate(QDateTime(QDate(2027, 2, 14), QTime(16, 0), Qt::UTC));
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        const QString berlinDate = controller->widgetView()->date();
+
+        ScopedEnvironment tokyo("TZ", "Asia/Tokyo");
+        EVClock::advance(1000);
+        controller->update();
+        QCOMPARE(controller->widgetView()->date(), EVDateText::widgetDateText(entry));
+        QVERIFY(controller->widgetView()->date() != berlinDate);
     }
 
     void changedTitleIsRepainted()
