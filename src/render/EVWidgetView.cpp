@@ -1,10 +1,12 @@
 #include "render/EVWidgetView.h"
 
 #include "core/EVAppImage.h"
+#include "core/EVValues.h"
 #include "render/EVFontFamily.h"
 #include "render/EVTransparentPicture.h"
 
 #include <QFontMetricsF>
+#include <QPaintEvent>
 #include <QPainter>
 
 #include <optional>
@@ -16,6 +18,20 @@ using TextElement = EVWidgetLayout::TextElement;
 bool isBold(TextElement element)
 {
     return element == TextElement::Title || element == TextElement::MajorCountdown;
+}
+
+// Whether a text surely fits a width without being laid out: its characters' own advances,
+// with room to spare for kerning, stay well inside. Laying out to shorten a text costs more
+// than drawing it.
+bool fitsSurely(const QString &text, const QFontMetricsF &metrics, qreal width)
+{
+    qreal advances = 0;
+    for (const QChar character : text) {
+        if (character.isSurrogate() || character.unicode() >= 0x300)
+            return false;
+        advances += metrics.horizontalAdvance(character);
+    }
+    return advances * 1.1 + 2 < width;
 }
 
 } // namespace
@@ -34,15 +50,19 @@ EVWidgetView::EVWidgetView(const QRectF &frame, QWidget *parent)
     setGeometry(frame.toRect());
 }
 
-void EVWidgetView::paintEvent(QPaintEvent *)
+void EVWidgetView::paintEvent(QPaintEvent *event)
 {
-    // Always the whole view, each layer over the ones before. Background, icon, title and date
-    // change seldom; they are kept as one picture, so that the every-second repaint of a clock
-    // countdown draws only the two countdown lines afresh.
+    // Each layer over the ones before, each only where it reaches the part being painted: the
+    // every-second repaint of a clock countdown draws the background behind the two countdown
+    // lines and the lines, and lays out no other text.
+    const QRect dirty = event->rect();
     QPainter painter(this);
-    painter.drawImage(QPointF(0, 0), stillLayers(painter.device()->devicePixelRatioF()));
-    drawText(painter, TextElement::MajorCountdown, m_majorCountdown);
-    drawText(painter, TextElement::SecondCountdown, m_secondCountdown);
+    drawBackground(painter);
+    drawIcon(painter, dirty);
+    drawText(painter, TextElement::Title, m_title, dirty);
+    drawText(painter, TextElement::Date, m_date, dirty);
+    drawText(painter, TextElement::MajorCountdown, m_majorCountdown, dirty);
+    drawText(painter, TextElement::SecondCountdown, m_secondCountdown, dirty);
 }
 
 QRect EVWidgetView::countdownLinesRect() const
@@ -56,35 +76,23 @@ QRect EVWidgetView::countdownLinesRect() const
     return lines.toAlignedRect().adjusted(-2, -2, 2, 2).intersected(rect());
 }
 
-const QImage &EVWidgetView::stillLayers(qreal pixelRatio)
+const EVWidgetView::TextFont &EVWidgetView::textFont(TextElement element, const QString &family,
+                                                     int pixelSize)
 {
-    const StillLayersKey key{m_background.image().cacheKey(),
-                             m_background.transparent(),
-                             m_icon.cacheKey(),
-                             m_title,
-                             m_title.isNull(),
-                             m_date,
-                             m_date.isNull(),
-                             m_textColor,
-                             m_textFontName,
-                             font(),
-                             size(),
-                             pixelRatio};
-    if (m_stillLayersKey && *m_stillLayersKey == key)
-        return m_stillLayers;
-
-    m_stillLayers = QImage(EVTransparentPicture::pixelSize(QSizeF(size()) * pixelRatio),
-                           QImage::Format_ARGB32_Premultiplied);
-    m_stillLayers.setDevicePixelRatio(pixelRatio);
-    m_stillLayers.fill(Qt::transparent);
-    QPainter painter(&m_stillLayers);
-    drawBackground(painter);
-    drawIcon(painter);
-    drawText(painter, TextElement::Title, m_title);
-    drawText(painter, TextElement::Date, m_date);
-    painter.end();
-    m_stillLayersKey = key;
-    return m_stillLayers;
+    std::optional<TextFont> &kept = m_textFonts[std::size_t(element)];
+    const QFont widgetFont = this->font();
+    if (kept && isIdentical(kept->family, family) && kept->pixelSize == pixelSize &&
+        kept->widgetFont == widgetFont)
+        return *kept;
+    // Without a family the widget's own font applies.
+    QFont font = widgetFont;
+    if (!family.isNull()) {
+        font = QFont(family);
+        font.setPixelSize(pixelSize);
+        font.setBold(isBold(element));
+    }
+    kept = TextFont{family, pixelSize, widgetFont, font, QFontMetricsF(font)};
+    return *kept;
 }
 
 void EVWidgetView::drawBackground(QPainter &painter) const
@@ -99,25 +107,32 @@ void EVWidgetView::drawBackground(QPainter &painter) const
     painter.restore();
 }
 
-void EVWidgetView::drawIcon(QPainter &painter) const
+void EVWidgetView::drawIcon(QPainter &painter, const QRect &dirty)
 {
     if (m_icon.isNull())
         return;
     const QRectF target = EVWidgetLayout::iconRect(rect(), m_icon.deviceIndependentSize());
+    if (!target.intersects(QRectF(dirty)))
+        return;
     // Scaled beforehand with area averaging: a large icon drawn small stays smooth.
     const qreal pixelRatio = painter.device()->devicePixelRatioF();
-    QImage scaled = m_icon.scaled(EVTransparentPicture::pixelSize(target.size() * pixelRatio),
-                                  Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    if (scaled.isNull())
+    const QSize pixels = EVTransparentPicture::pixelSize(target.size() * pixelRatio);
+    if (m_scaledIcon.icon != m_icon.cacheKey() || m_scaledIcon.pixels != pixels ||
+        m_scaledIcon.pixelRatio != pixelRatio) {
+        QImage scaled = m_icon.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        scaled.setDevicePixelRatio(pixelRatio);
+        m_scaledIcon = {m_icon.cacheKey(), pixels, pixelRatio, scaled};
+    }
+    if (m_scaledIcon.image.isNull())
         return;
-    scaled.setDevicePixelRatio(pixelRatio);
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(target, scaled);
+    painter.drawImage(target, m_scaledIcon.image);
     painter.restore();
 }
 
-void EVWidgetView::drawText(QPainter &painter, TextElement element, const QString &text) const
+void EVWidgetView::drawText(QPainter &painter, TextElement element, const QString &text,
+                            const QRect &dirty)
 {
     if (text.isNull())
         return;
@@ -127,38 +142,35 @@ void EVWidgetView::drawText(QPainter &painter, TextElement element, const QStrin
     // Attributes as far as they can be made: without a font the widget's own font and palette
     // apply, without a colour the palette's colour; only with both is the text centred and
     // shortened in the middle when it is too wide.
-    std::optional<QFont> chosenFont;
-    std::optional<QColor> chosenColor;
     const QString family = EVFontFamily::forName(m_textFontName);
+    int pixelSize = 0;
     if (!family.isNull()) {
-        const int pixelSize = qRound(EVWidgetLayout::fontPixelSize(element, bounds, text));
+        pixelSize = qRound(EVWidgetLayout::fontPixelSize(element, bounds, text));
         // No font can be that small; asking Qt for one would only warn on every repaint.
         if (pixelSize <= 0)
             return;
-        QFont font(family);
-        font.setPixelSize(pixelSize);
-        font.setBold(isBold(element));
-        chosenFont = font;
-        if (m_textColor.isValid())
-            chosenColor = m_textColor;
     }
-
-    const QFont font = chosenFont.value_or(this->font());
-    const QFontMetricsF metrics(font);
+    const TextFont &chosen = textFont(element, family, pixelSize);
+    const bool withColor = !family.isNull() && m_textColor.isValid();
+    const QFontMetricsF &metrics = chosen.metrics;
     // Every line is centred by the title's height, so that all four sit alike.
     const qreal titleHeight = m_title.isEmpty() ? 0.0 : metrics.height();
     const QRectF line = EVWidgetLayout::lineRect(box, titleHeight);
+    // Glyphs may reach a little past their line, as past their boxes.
+    if (!line.adjusted(-2, -2, 2, 2).intersects(QRectF(dirty)))
+        return;
 
     painter.save();
-    painter.setFont(font);
-    painter.setPen(chosenColor.value_or(palette().color(foregroundRole())));
+    painter.setFont(chosen.font);
+    painter.setPen(withColor ? m_textColor : palette().color(foregroundRole()));
     // Lines never wrap; with no title the line has no height, and the text is still drawn
     // across its middle.
     int flags = Qt::TextSingleLine | Qt::TextDontClip | Qt::AlignVCenter;
     QString shown = text;
-    if (chosenColor) {
+    if (withColor) {
         flags |= Qt::AlignHCenter;
-        shown = metrics.elidedText(text, Qt::ElideMiddle, box.width());
+        if (!fitsSurely(text, metrics, box.width()))
+            shown = metrics.elidedText(text, Qt::ElideMiddle, box.width());
     } else {
         flags |= Qt::AlignLeft;
     }

@@ -5,10 +5,12 @@
 
 #include <QColor>
 #include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QString>
 #include <QWidget>
 
+#include <array>
 #include <optional>
 
 class QPainter;
@@ -62,29 +64,32 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    // What the picture of the still layers was made from.
-    struct StillLayersKey
+    // The font a text element is drawn in and its metrics, kept while its inputs stay the same:
+    // making them is a good part of a repaint.
+    struct TextFont
     {
-        qint64 background;
-        double transparent;
-        qint64 icon;
-        QString title;
-        bool titleIsNull;
-        QString date;
-        bool dateIsNull;
-        QColor textColor;
-        QString textFontName;
+        QString family;
+        int pixelSize = 0;
+        QFont widgetFont;
         QFont font;
-        QSize size;
-        qreal pixelRatio;
-        bool operator==(const StillLayersKey &) const = default;
+        QFontMetricsF metrics{QFont()};
     };
-    const QImage &stillLayers(qreal pixelRatio);
+    const TextFont &textFont(EVWidgetLayout::TextElement element, const QString &family,
+                             int pixelSize);
+    // The icon scaled to where it is drawn, kept until the icon, the view's size or the pixel
+    // ratio changes.
+    struct ScaledIcon
+    {
+        qint64 icon = 0;
+        QSize pixels;
+        qreal pixelRatio = 0;
+        QImage image;
+    };
 
     void drawBackground(QPainter &painter) const;
-    void drawIcon(QPainter &painter) const;
-    void drawText(QPainter &painter, EVWidgetLayout::TextElement element,
-                  const QString &text) const;
+    void drawIcon(QPainter &painter, const QRect &dirty);
+    void drawText(QPainter &painter, EVWidgetLayout::TextElement element, const QString &text,
+                  const QRect &dirty);
 
     QString m_title;
     QString m_date;
@@ -94,6 +99,6 @@ private:
     EVBackgroundImage m_background;
     QColor m_textColor;
     QString m_textFontName;
-    QImage m_stillLayers;
-    std::optional<StillLayersKey> m_stillLayersKey;
+    std::array<std::optional<TextFont>, 4> m_textFonts;
+    ScaledIcon m_scaledIcon;
 };
