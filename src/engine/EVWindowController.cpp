@@ -1,6 +1,7 @@
 #include "engine/EVWindowController.h"
 
 #include "core/EVClock.h"
+#include "core/EVImageData.h"
 #include "core/EVValues.h"
 #include "engine/EVCountdown.h"
 #include "engine/EVDateText.h"
@@ -14,6 +15,8 @@
 #include "store/EVWidgetEntry.h"
 
 #include "ui_EVWindowController.h"
+
+#include <QEvent>
 
 namespace {
 
@@ -44,9 +47,18 @@ EVWindowController::EVWindowController(QObject *parent)
 {
     m_ui->setupUi(m_window.get());
     connect(m_window.get(), &EVWidgetWindow::mouseDown, this, &EVWindowController::mouseDown);
+    m_ui->widgetView->installEventFilter(this);
 }
 
 EVWindowController::~EVWindowController() = default;
+
+bool EVWindowController::eventFilter(QObject *watched, QEvent *event)
+{
+    // A view of another size needs a background of that size: what it shows is made again.
+    if (watched == m_ui->widgetView && event->type() == QEvent::Resize)
+        m_shown = {};
+    return QObject::eventFilter(watched, event);
+}
 
 EVWidgetView *EVWindowController::widgetView() const
 {
@@ -91,26 +103,35 @@ void EVWindowController::reloadViews()
 {
     if (!m_widgetData)
         return;
-    EVWidgetView *view = widgetView();
     const qint64 nowMSecs = EVClock::nowMSecsSinceEpoch();
+    const bool sourceUnchanged = m_shown.source == shownSource();
     // A widget counted in days shows the same for hours: until then, and until the entry, its
     // style, the view's size or the time zone and locale change, there is nothing to compute.
-    if (m_shown.source == shownSource() && nowMSecs >= m_shown.since && nowMSecs < m_shown.until)
+    if (sourceUnchanged && nowMSecs >= m_shown.since && nowMSecs < m_shown.until)
         return;
 
-    const QDateTime now = QDateTime::fromMSecsSinceEpoch(nowMSecs);
+    // The calculation works on instants; a local time would only add a time-zone lookup.
+    const QDateTime now = QDateTime::fromMSecsSinceEpoch(nowMSecs, Qt::UTC);
     // The lines straight from the calculation: the dictionary form of countdownDesc() would
     // cost an allocation per widget every second.
     const EVCountdown::Lines lines = EVCountdown::countdownLines(*m_widgetData, now);
+    const qint64 linesUntil = EVCountdown::linesUnchangedUntil(*m_widgetData, now);
+    if (sourceUnchanged) {
+        // Only time went on, so only the countdown lines can read differently.
+        m_shown.since = nowMSecs;
+        m_shown.until = linesUntil;
+        showCountdownLines(lines);
+        return;
+    }
+
+    EVWidgetView *view = widgetView();
     const QString title = m_widgetData->eventTitle();
     const QString date = eventDate();
-    const QString &major = lines.majorDesc;
-    const QString &second = lines.secondDesc;
     const QColor textColor = m_widgetData->textcolor();
     const QImage icon = iconImage();
     const EVBackgroundImage background = backgroundImage(view->size());
     // Taken after the icon and background were read, which may count as changes of their own.
-    m_shown = {shownSource(), nowMSecs, EVCountdown::linesUnchangedUntil(*m_widgetData, now)};
+    m_shown = {shownSource(), nowMSecs, linesUntil};
 
     // What did not change is not painted again.
     const auto same = [](const QString &a, const QString &b) { return isIdentical(a, b); };
@@ -119,33 +140,41 @@ void EVWindowController::reloadViews()
         view->icon().cacheKey() == icon.cacheKey() &&
         view->background().image().cacheKey() == background.image().cacheKey() &&
         view->background().transparent() == background.transparent();
-    const bool linesUnchanged =
-        same(view->majorCountdown(), major) && same(view->secondCountdown(), second);
-    if (stillLayersUnchanged && linesUnchanged)
+    if (stillLayersUnchanged) {
+        showCountdownLines(lines);
         return;
+    }
 
     // Window lists, screen readers and scripts name the widget by its event.
     if (!same(view->title(), title))
         m_window->setWindowTitle(title.isEmpty() ? QStringLiteral("Tallyvane Widget") : title);
     view->setTitle(title);
     view->setDate(date);
-    view->setMajorCountdown(major);
-    view->setSecondCountdown(second);
+    view->setMajorCountdown(lines.majorDesc);
+    view->setSecondCountdown(lines.secondDesc);
     view->setTextColor(textColor);
     view->setIcon(icon);
     view->setBackground(background);
+    view->update();
+}
+
+void EVWindowController::showCountdownLines(const EVCountdown::Lines &lines)
+{
+    EVWidgetView *view = widgetView();
+    if (isIdentical(view->majorCountdown(), lines.majorDesc) &&
+        isIdentical(view->secondCountdown(), lines.secondDesc))
+        return;
+    view->setMajorCountdown(lines.majorDesc);
+    view->setSecondCountdown(lines.secondDesc);
     // A clock countdown changes only its two lines each second: only they are painted again.
-    if (stillLayersUnchanged)
-        view->update(view->countdownLinesRect());
-    else
-        view->update();
+    view->update(view->countdownLinesRect());
 }
 
 EVWindowController::ShownSource EVWindowController::shownSource() const
 {
     const EVCustomStyle *style = EVTallyView::customStyleOfWidget(*m_widgetData);
     return {m_widgetData, m_widgetData->revision(), style ? style->revision() : 0,
-            EVLocalCalendar::settingsGeneration(), widgetView()->size()};
+            EVLocalCalendar::settingsGeneration()};
 }
 
 QString EVWindowController::eventDate() const
@@ -167,7 +196,7 @@ QImage EVWindowController::iconImage()
     const QByteArray data = m_widgetData->iconfileData();
     // Reading the data may have moved a legacy icon into a file, which is a change of its own.
     m_iconSource.revision = m_widgetData->revision();
-    m_icon = data.isNull() ? QImage() : QImage::fromData(data);
+    m_icon = EVImageData::sharedImage(data);
     return m_icon;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "engine/EVCountdown.h"
 #include "render/EVBackgroundImage.h"
 
 #include <QMap>
 #include <QObject>
-#include <QSize>
 #include <QSizeF>
 #include <QString>
 
@@ -58,12 +58,17 @@ public:
     // opacity cannot be seen, the window is hidden and shown instead.
     void setAlphaValue(double alpha);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 public Q_SLOTS:
     // A press of the window with its place in a click series; 2 and more post a double click.
     void mouseDown(int clickCount);
 
 private:
     QImage iconImage();
+    // Shows new countdown lines, painting only them again; nothing when they read the same.
+    void showCountdownLines(const EVCountdown::Lines &lines);
 
     std::unique_ptr<Ui::EVWindowController> m_ui;
     std::unique_ptr<EVWidgetWindow> m_window;
@@ -91,14 +96,13 @@ private:
     EVBackgroundImage m_background;
 
     // What the view's texts were computed from, and the span of time (milliseconds since
-    // 1970, until excluded) in which they read the same.
+    // 1970, until excluded) in which they read the same. A resize of the view clears it.
     struct ShownSource
     {
         const EVWidgetEntry *entry = nullptr;
         quint64 entryRevision = 0;
         quint64 styleRevision = 0;
         quint64 calendarGeneration = 0;
-        QSize viewSize;
         bool operator==(const ShownSource &) const = default;
     };
     ShownSource shownSource() const;

@@ -391,6 +391,28 @@ private Q_SLOTS:
         entry.removeObjectFromCustomStylesAtIndex(0);
     }
 
+    void resizedWidgetCountedInDaysGetsABackgroundOfItsNewSize()
+    {
+        EVWidgetEntry entry;
+        entry.resetDefault();
+        EVCustomStyle style;
+        style.resetDefault();
+        style.setColor(QColor(0, 0, 255));
+        entry.addCustomStylesObject(&style);
+        entry.setStyleIndex(12);
+        auto controller = shownController(&entry);
+        QVERIFY(controller);
+        controller->update();
+        QCOMPARE(controller->widgetView()->background().image().size(), QSize(300, 150));
+
+        controller->window()->resize(400, 200);
+        QTRY_COMPARE(controller->widgetView()->size(), QSize(400, 200));
+        EVClock::advance(1000);
+        controller->update();
+        QCOMPARE(controller->widgetView()->background().image().size(), QSize(400, 200));
+        entry.removeObjectFromCustomStylesAtIndex(0);
+    }
+
     void changedTimeZoneOfAWidgetCountedInDaysIsShownAtTheNextUpdate()
     {
         ScopedEnvironment tz("TZ", "Europe/Berlin");
