@@ -36,6 +36,18 @@ private:
         return controller;
     }
 
+    // Gives the entry a colour style of its own and shows it; the style must outlive the entry's
+    // use of it.
+    static void showColourStyle(EVWidgetEntry &entry, EVCustomStyle &style, const QColor &colour,
+                                float opacity = 1.0f)
+    {
+        style.resetDefault();
+        style.setColor(colour);
+        style.setOpacity(opacity);
+        entry.addCustomStylesObject(&style);
+        entry.setStyleIndex(12);
+    }
+
     static QRgb pixel(const QImage &image, int x, int y)
     {
         return image.convertToFormat(QImage::Format_ARGB32).pixel(x, y);
@@ -176,11 +188,7 @@ private Q_SLOTS:
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
-        style.resetDefault();
-        style.setColor(QColor(200, 40, 60));
-        style.setOpacity(0.5f);
-        entry.addCustomStylesObject(&style);
-        entry.setStyleIndex(12);
+        showColourStyle(entry, style, QColor(200, 40, 60), 0.5f);
         EVWindowController controller;
         controller.setWidgetData(&entry);
 
@@ -210,11 +218,7 @@ private Q_SLOTS:
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
-        style.resetDefault();
-        style.setColor(QColor(0, 0, 255));
-        style.setOpacity(1.0f);
-        entry.addCustomStylesObject(&style);
-        entry.setStyleIndex(12);
+        showColourStyle(entry, style, QColor(0, 0, 255));
         EVWindowController controller;
         controller.setWidgetData(&entry);
         const QImage first = controller.backgroundImage(QSizeF(300, 150)).image();
@@ -373,11 +377,7 @@ private Q_SLOTS:
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
-        style.resetDefault();
-        style.setColor(QColor(0, 0, 255));
-        style.setOpacity(1.0f);
-        entry.addCustomStylesObject(&style);
-        entry.setStyleIndex(12);
+        showColourStyle(entry, style, QColor(0, 0, 255));
         auto controller = shownController(&entry);
         QVERIFY(controller);
         controller->update();
@@ -396,10 +396,7 @@ private Q_SLOTS:
         EVWidgetEntry entry;
         entry.resetDefault();
         EVCustomStyle style;
-        style.resetDefault();
-        style.setColor(QColor(0, 0, 255));
-        entry.addCustomStylesObject(&style);
-        entry.setStyleIndex(12);
+        showColourStyle(entry, style, QColor(0, 0, 255));
         auto controller = shownController(&entry);
         QVERIFY(controller);
         controller->update();
