@@ -558,8 +558,7 @@ EVImportReport EVCalendarFile::importInto(EVCoreDataDelegate *store, const QStri
 
     EVObjectContext *context = store ? store->managedObjectContext() : nullptr;
     if (!context)
-        return EVImportReport::failure(fileName, 0,
-                                       QStringLiteral("the widget store cannot be opened"));
+        return EVImportReport::storeUnavailable(fileName);
     QSet<QString> taken = context->usedUuids();
 
     EVImportReport report;

@@ -38,4 +38,9 @@ struct EVImportReport
         report.error = located(fileName, line, text);
         return report;
     }
+    // What every import says when there is no store to import into.
+    static EVImportReport storeUnavailable(const QString &fileName)
+    {
+        return failure(fileName, 0, QStringLiteral("the widget store cannot be opened"));
+    }
 };

@@ -550,8 +550,7 @@ EVImportReport EVWidgetBackup::importInto(EVCoreDataDelegate *store, const QStri
     }
     EVObjectContext *context = store ? store->managedObjectContext() : nullptr;
     if (!context)
-        return EVImportReport::failure(fileName, 0,
-                                       QStringLiteral("the widget store cannot be opened"));
+        return EVImportReport::storeUnavailable(fileName);
 
     QSet<QString> taken = context->usedUuids();
 
