@@ -17,6 +17,25 @@
 
 #include <memory>
 
+// An entry showing a colour style of its own. The style is taken off the entry before either
+// goes, also when a test ends early.
+struct EntryWithColourStyle
+{
+    EVWidgetEntry entry;
+    EVCustomStyle style;
+
+    explicit EntryWithColourStyle(const QColor &colour, float opacity = 1.0f)
+    {
+        entry.resetDefault();
+        style.resetDefault();
+        style.setColor(colour);
+        style.setOpacity(opacity);
+        entry.addCustomStylesObject(&style);
+        entry.setStyleIndex(12);
+    }
+    ~EntryWithColourStyle() { entry.removeObjectFromCustomStylesAtIndex(0); }
+};
+
 class TestEVWindowController : public QObject
 {
     Q_OBJECT
@@ -34,18 +53,6 @@ private:
         if (!QTest::qWaitForWindowExposed(controller->window()))
             return nullptr;
         return controller;
-    }
-
-    // Gives the entry a colour style of its own and shows it; the style must outlive the entry's
-    // use of it.
-    static void showColourStyle(EVWidgetEntry &entry, EVCustomStyle &style, const QColor &colour,
-                                float opacity = 1.0f)
-    {
-        style.resetDefault();
-        style.setColor(colour);
-        style.setOpacity(opacity);
-        entry.addCustomStylesObject(&style);
-        entry.setStyleIndex(12);
     }
 
     static QRgb pixel(const QImage &image, int x, int y)
@@ -185,19 +192,15 @@ private Q_SLOTS:
 
     void customColourStyleGivesItsColourAtItsOpacity()
     {
-        EVWidgetEntry entry;
-        entry.resetDefault();
-        EVCustomStyle style;
-        showColourStyle(entry, style, QColor(200, 40, 60), 0.5f);
+        EntryWithColourStyle styled(QColor(200, 40, 60), 0.5f);
         EVWindowController controller;
-        controller.setWidgetData(&entry);
+        controller.setWidgetData(&styled.entry);
 
         const EVBackgroundImage background = controller.backgroundImage(QSizeF(300, 150));
         QCOMPARE(background.transparent(), 0.5);
         QCOMPARE(qRed(pixel(background.image(), 150, 75)), 200);
         QCOMPARE(qGreen(pixel(background.image(), 150, 75)), 40);
         QCOMPARE(qBlue(pixel(background.image(), 150, 75)), 60);
-        entry.removeObjectFromCustomStylesAtIndex(0);
     }
 
     void builtInStyleIsOpaqueHolder()
@@ -215,19 +218,15 @@ private Q_SLOTS:
 
     void backgroundIsMadeAgainWhenTheStyleChanges()
     {
-        EVWidgetEntry entry;
-        entry.resetDefault();
-        EVCustomStyle style;
-        showColourStyle(entry, style, QColor(0, 0, 255));
+        EntryWithColourStyle styled(QColor(0, 0, 255));
         EVWindowController controller;
-        controller.setWidgetData(&entry);
+        controller.setWidgetData(&styled.entry);
         const QImage first = controller.backgroundImage(QSizeF(300, 150)).image();
         QCOMPARE(controller.backgroundImage(QSizeF(300, 150)).image().cacheKey(), first.cacheKey());
 
-        style.setColor(QColor(255, 0, 0));
+        styled.style.setColor(QColor(255, 0, 0));
         const QImage second = controller.backgroundImage(QSizeF(300, 150)).image();
         QCOMPARE(qRed(pixel(second, 150, 75)), 255);
-        entry.removeObjectFromCustomStylesAtIndex(0);
     }
 
     void singleClickPostsNothing()
@@ -374,30 +373,23 @@ private Q_SLOTS:
 
     void changedStyleColourOfAWidgetCountedInDaysIsShownAtTheNextUpdate()
     {
-        EVWidgetEntry entry;
-        entry.resetDefault();
-        EVCustomStyle style;
-        showColourStyle(entry, style, QColor(0, 0, 255));
-        auto controller = shownController(&entry);
+        EntryWithColourStyle styled(QColor(0, 0, 255));
+        auto controller = shownController(&styled.entry);
         QVERIFY(controller);
         controller->update();
         EVClock::advance(1000);
         controller->update();
 
-        style.setColor(QColor(255, 0, 0));
+        styled.style.setColor(QColor(255, 0, 0));
         EVClock::advance(1000);
         controller->update();
         QCOMPARE(qRed(pixel(controller->widgetView()->background().image(), 150, 75)), 255);
-        entry.removeObjectFromCustomStylesAtIndex(0);
     }
 
     void resizedWidgetCountedInDaysGetsABackgroundOfItsNewSize()
     {
-        EVWidgetEntry entry;
-        entry.resetDefault();
-        EVCustomStyle style;
-        showColourStyle(entry, style, QColor(0, 0, 255));
-        auto controller = shownController(&entry);
+        EntryWithColourStyle styled(QColor(0, 0, 255));
+        auto controller = shownController(&styled.entry);
         QVERIFY(controller);
         controller->update();
         QCOMPARE(controller->widgetView()->background().image().size(), QSize(300, 150));
@@ -407,7 +399,6 @@ private Q_SLOTS:
         EVClock::advance(1000);
         controller->update();
         QCOMPARE(controller->widgetView()->background().image().size(), QSize(400, 200));
-        entry.removeObjectFromCustomStylesAtIndex(0);
     }
 
     void changedTimeZoneOfAWidgetCountedInDaysIsShownAtTheNextUpdate()
