@@ -1,8 +1,8 @@
-// bench_repaint_floor N UNIT: what one desktop window per widget costs in Qt itself, with no
-// countdown to compute and no text to draw. N frameless translucent 300 x 150 windows, like the
+// bench_repaint_floor N UNIT [SECONDS]: what one desktop window per widget costs in Qt itself, with
+// no countdown to compute and no text to draw. N frameless translucent 300 x 150 windows, like the
 // widgets' windows; with UNIT "time" each second every window repaints the rectangle of a
-// widget's two countdown lines with a plain fill, with "day" nothing is repainted. Run it in
-// the side-by-side comparison in place of the application:
+// widget's two countdown lines with a plain fill, with "day" nothing is repainted. It runs until
+// ended, or for SECONDS. Run it in the side-by-side comparison in place of the application:
 //   ../shared/bench-anchors/compare.sh "build/bench/bench_repaint_floor {N} {UNIT}" 50
 #include <QApplication>
 #include <QPaintEvent>
@@ -68,5 +68,7 @@ int main(int argc, char *argv[])
                 window->nextSecond();
     });
     timer.start(1000);
+    if (const int seconds = arguments.value(3).toInt(); seconds > 0)
+        QTimer::singleShot(seconds * 1000, &application, &QCoreApplication::quit);
     return application.exec();
 }
