@@ -74,9 +74,18 @@ int main(int argc, char *argv[])
         break;
     }
 
-    if (commandLine.needsDisplay())
+    if (commandLine.needsDisplay()) {
         EVDisplayServer::choosePlatform();
-    else if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        QString why;
+        if (!EVDisplayServer::canShowWindows(&why)) {
+            EVCommandRunner::print(
+                stderr, QStringLiteral("tallyvane: the widgets cannot be shown: %1. Start "
+                                       "Tallyvane in a desktop session; commands such as "
+                                       "\"tallyvane list\" need no display.")
+                            .arg(why));
+            return EVCommandLine::badInputExitCode;
+        }
+    } else if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         // Widget frames are kept as fractions of the main screen: the real one gives them their
         // real size; without a display, the offscreen platform's screen stands in.
         qputenv("QT_QPA_PLATFORM",

@@ -3,6 +3,8 @@
 #include <QLoggingCategory>
 #include <QString>
 
+#include <xcb/xcb.h>
+
 namespace {
 Q_LOGGING_CATEGORY(lcDisplayServer, "tallyvane.displayserver")
 } // namespace
@@ -30,6 +32,25 @@ Choice choosePlatform()
     qCInfo(lcDisplayServer) << "Wayland session: running through XWayland (QT_QPA_PLATFORM=xcb),"
                                " so that widgets can place themselves";
     return Choice::XWayland;
+}
+
+bool canShowWindows(QString *why)
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (!platform.isEmpty() && platform != "xcb")
+        return true;
+    if (platform.isEmpty() && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return true;
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    const bool connected = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    if (!connected && why) {
+        const QString display = qEnvironmentVariable("DISPLAY");
+        *why = display.isEmpty()
+                   ? QStringLiteral("no display is set (DISPLAY is empty)")
+                   : QStringLiteral("the X display %1 cannot be reached").arg(display);
+    }
+    return connected;
 }
 
 } // namespace EVDisplayServer

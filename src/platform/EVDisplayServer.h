@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 // Widgets need what X11 gives a client (placing their own windows, staying below or above others,
 // showing on every workspace), so under a Wayland session the application runs through XWayland.
 namespace EVDisplayServer {
@@ -16,5 +18,12 @@ enum class Choice {
 // call changes and logs nothing. Without an X display it leaves the platform to Qt and logs
 // (on every call) that widgets cannot keep their places.
 Choice choosePlatform();
+
+// Whether windows can be shown with the platform Qt is about to load. Qt ends a program that has
+// none with an abort; this lets the program say why and end cleanly instead. Only an X display
+// is checked, by connecting to it: a platform the user chose other than xcb, or a Wayland
+// session left to Qt, counts as able. Call after choosePlatform(). why, when given, receives a
+// short reason.
+bool canShowWindows(QString *why = nullptr);
 
 } // namespace EVDisplayServer

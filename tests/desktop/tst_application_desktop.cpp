@@ -70,6 +70,14 @@ public:
         return folder;
     }
 
+    // Starts it without that variable, as from a session that does not set it.
+    void unsetVariable(const QString &name)
+    {
+        QProcessEnvironment environment = m_process.processEnvironment();
+        environment.remove(name);
+        m_process.setProcessEnvironment(environment);
+    }
+
     bool start(const QStringList &arguments = {})
     {
         m_process.start(QStringLiteral(TALLYVANE_EXECUTABLE), arguments);
@@ -91,6 +99,13 @@ public:
         return m_process.state() == QProcess::NotRunning &&
                m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0 &&
                !hasSanitizerReport(printed);
+    }
+
+    // Ended on its own, not by a signal or an abort, with this exit code.
+    bool exitedWith(int exitCode) const
+    {
+        return m_process.state() == QProcess::NotRunning &&
+               m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == exitCode;
     }
 
     // SIGTERM, as a session's end or `kill` sends it.
@@ -289,6 +304,21 @@ private Q_SLOTS:
     {
         m_panel.reset();
         m_home.reset();
+    }
+
+    void startWithoutADisplaySaysSoAndEndsWithoutACrash()
+    {
+        const std::unique_ptr<Program> tallyvane = program();
+        tallyvane->unsetVariable(QStringLiteral("DISPLAY"));
+        tallyvane->unsetVariable(QStringLiteral("WAYLAND_DISPLAY"));
+        QVERIFY(tallyvane->start());
+        QVERIFY(tallyvane->waitForExit());
+        const QString printed = tallyvane->output();
+        QVERIFY2(tallyvane->exitedWith(1), qPrintable(printed));
+        QVERIFY2(printed.contains(QStringLiteral(
+                     "the widgets cannot be shown: no display is set (DISPLAY is empty)")),
+                 qPrintable(printed));
+        QVERIFY2(!hasSanitizerReport(printed), qPrintable(printed));
     }
 
     void trayIconSitsInTheTray()

@@ -128,6 +128,42 @@ private Q_SLOTS:
         QCOMPARE(m_log->lines().first().type, QtWarningMsg);
         QVERIFY(m_log->lines().first().text.contains(QStringLiteral("DISPLAY")));
     }
+
+    void unreachableXDisplayCannotShowWindows_data()
+    {
+        QTest::addColumn<Variable>("display");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("no display")
+            << Variable() << QStringLiteral("no display is set (DISPLAY is empty)");
+        QTest::newRow("a display nobody serves")
+            << Variable(":4711") << QStringLiteral("the X display :4711 cannot be reached");
+    }
+    void unreachableXDisplayCannotShowWindows()
+    {
+        QFETCH(Variable, display);
+        QFETCH(QString, reason);
+        SessionVariable platform("QT_QPA_PLATFORM", std::nullopt);
+        SessionVariable waylandDisplay("WAYLAND_DISPLAY", std::nullopt);
+        SessionVariable xDisplay("DISPLAY", display);
+        QString why;
+        QVERIFY(!EVDisplayServer::canShowWindows(&why));
+        QCOMPARE(why, reason);
+    }
+
+    void platformChosenByTheUserIsLeftToQt()
+    {
+        SessionVariable platform("QT_QPA_PLATFORM", QByteArray("offscreen"));
+        SessionVariable xDisplay("DISPLAY", std::nullopt);
+        QVERIFY(EVDisplayServer::canShowWindows());
+    }
+
+    void waylandSessionIsLeftToQt()
+    {
+        SessionVariable platform("QT_QPA_PLATFORM", std::nullopt);
+        SessionVariable waylandDisplay("WAYLAND_DISPLAY", QByteArray("wayland-0"));
+        SessionVariable xDisplay("DISPLAY", std::nullopt);
+        QVERIFY(EVDisplayServer::canShowWindows());
+    }
 };
 
 TALLYVANE_TEST_MAIN(TestEVDisplayServer)
